@@ -1,0 +1,36 @@
+# orvo_test(<name> [LABEL unit|gui|camera|endtoend|slow] [DISPLAY] [TIMEOUT seconds]
+#           [SOURCES extra.cpp ...] [LIBS target ...] [ENV NAME=value ...])
+#
+# One QtTest executable made from <name>.cpp, run by CTest with a home, configuration and cache of
+# its own. Without DISPLAY it runs on Qt's offscreen platform; with DISPLAY on a virtual X server
+# with a window manager.
+
+find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
+
+set(ORVO_TEST_ISOLATED "${PROJECT_SOURCE_DIR}/tests/support/isolated.sh")
+set(ORVO_TEST_DISPLAY "${PROJECT_SOURCE_DIR}/tests/support/with-display.sh")
+
+function(orvo_test name)
+  cmake_parse_arguments(ARG "DISPLAY" "LABEL;TIMEOUT" "SOURCES;LIBS;ENV" ${ARGN})
+  if(NOT ARG_LABEL)
+    set(ARG_LABEL unit)
+  endif()
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 60)
+  endif()
+
+  add_executable(${name} ${name}.cpp ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE orvo::options orvo::testsupport Qt5::Test ${ARG_LIBS})
+
+  set(runner "${ORVO_TEST_ISOLATED}")
+  set(platform offscreen)
+  if(ARG_DISPLAY)
+    list(APPEND runner "${ORVO_TEST_DISPLAY}")
+    set(platform xcb)
+  endif()
+  add_test(NAME ${name} COMMAND ${runner} $<TARGET_FILE:${name}>)
+  set_tests_properties(${name} PROPERTIES
+    LABELS ${ARG_LABEL}
+    TIMEOUT ${ARG_TIMEOUT}
+    ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;QT_LOGGING_RULES=;${ARG_ENV}")
+endfunction()

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "CameraTypes.h"
+
+#include <vector>
+
+class CWUVCFilter;
+
+/// Enumerates the devices of all classes. Called on the GUI thread; a scan runs in the background.
+class CWFactory
+{
+public:
+    /// The USB cameras present now, after the filter, with the simulated microscope last.
+    static std::vector<_tag_VideoDeviceInfo> videoDeviceList();
+
+    /// The network boxes found so far by the scan.
+    static std::vector<_tag_VideoDeviceInfo> tarnlinkDeviceList();
+
+    /// Starts the scan for network boxes in the background. False when it cannot run.
+    static bool startTarnlinkDeviceScan(unsigned int interval);
+
+    /// Ends the scan; harmless when none runs.
+    static void stopTarnlinkDeviceScan();
+
+    /// Hands over the filter, which is not owned and must outlive all enumerations.
+    static void setUVCFilter(CWUVCFilter* filter);
+};

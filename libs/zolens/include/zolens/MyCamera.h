@@ -1,0 +1,63 @@
+#pragma once
+
+#include "CWCamera.h"
+#include "CameraTypes.h"
+
+#include <QImage>
+#include <QObject>
+#include <QString>
+
+#include <atomic>
+#include <memory>
+
+namespace zolens {
+class FrameDelivery;
+}
+
+/// One open device. Lives on the GUI thread; its frames come from a thread of the library. Frames
+/// are images around buffers of a small fixed pool: an image that is kept keeps its buffer from
+/// being used again, and when all are taken new frames are dropped.
+class MyCamera : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit MyCamera(QObject* parent = nullptr);
+    ~MyCamera() override;
+
+    /// Opens a USB device or the simulated microscope, of the list of CWFactory. Blocks for at most
+    /// 5 seconds. With `tryStillCapture` a device's separate still path is used where it has one.
+    bool open(int type, int index, bool tryStillCapture);
+    /// Opens a network box by its IPv4 address (type 7) or a stream by its URL (type 8). Blocks for
+    /// at most 5 seconds.
+    bool open(int type, const QString& url);
+    /// Ends the frames and releases the device, within half a second. Harmless when closed.
+    void close();
+
+    /// Takes a still picture; null on failure. Blocks until it has one.
+    QImage snap();
+    /// Starts writing an MP4 file. False on failure, also for an empty path.
+    bool startRecording(const QString& path);
+    void stopRecording();
+    /// Frames per second, over about the last second; 0 while none come.
+    float frameRate() const;
+    const _tag_VideoDeviceInfo& deviceInfo() const;
+    /// The property's value as text for a label, with its unit. With `flag` the text has the value
+    /// that is in force in the automatic mode, as it is read from the device at this moment.
+    QString getFormatedProperty(tagCMProperty id, bool flag);
+
+    /// The open device, null while none is open.
+    std::unique_ptr<CWCamera> camera;
+    /// While true no getImage is emitted.
+    std::atomic<bool> pause{false};
+
+signals:
+    /// Every frame, from a thread of the library: connect before open(). The pixels are not copied.
+    void getImage(const QImage& image);
+
+private:
+    bool start(std::unique_ptr<CWCamera> device);
+
+    std::unique_ptr<zolens::FrameDelivery> delivery;
+    _tag_VideoDeviceInfo info;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "FramePool.h"
+#include "FrameSink.h"
+
+#include <atomic>
+#include <functional>
+#include <memory>
+
+namespace zolens {
+
+/// Passes frames on to the viewers from a thread of its own. At most two frames are on their way to
+/// or shown by the viewers at one time; while they are slower than the device, the newest frame
+/// waits and replaces an older one that waits, and it goes out as soon as a buffer comes back. So
+/// memory stays that of the pool, and a viewer that was busy gets the newest frame next.
+class FrameDelivery : public FrameSink
+{
+public:
+    using Viewer = std::function<void(const QImage&)>;
+
+    /// `viewer` is called on the delivery thread. While `paused` is true nothing is delivered.
+    FrameDelivery(Viewer viewer, const std::atomic<bool>& paused);
+    ~FrameDelivery() override;
+
+    QImage acquireFrame(const QSize& size) override;
+    void deliver(QImage&& frame) override;
+
+    /// Frames per second that arrived from the device over about the last second.
+    float frameRate() const;
+    /// Frames that found no buffer or were replaced while they waited.
+    quint64 droppedFrames() const;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace zolens
