@@ -9,12 +9,12 @@
 class GraphicsView;
 class PrimitiveManager;
 
-/// The picture and the tools that lie on it. Scene coordinates are picture pixels: the current frame
-/// is the scene's background, with its top left pixel at (0, 0), and the items are the tools alone.
-/// Owned by its one view, owns the manager of its tools. GUI thread.
+/// The picture and the tools that lie on it. Scene coordinates are picture pixels: the current
+/// frame is the scene's background, with its top left pixel at (0, 0), and the items are the tools
+/// alone. Owned by its one view, owns the manager of its tools. GUI thread.
 ///
-/// The scene keeps no spatial index (NoIndex): bounding rectangles and shapes of tools depend on the
-/// zoom, so an index would be stale after every zoom.
+/// The scene keeps no spatial index (NoIndex): bounding rectangles and shapes of tools depend on
+/// the zoom, so an index would be stale after every zoom.
 class GraphicsScene final : public QGraphicsScene
 {
     Q_OBJECT
@@ -28,7 +28,8 @@ public:
 
     /// The frame shown; null until the first one.
     const QImage& currentImage() const { return image; }
-    /// Takes the frame over without copying its pixels. Neither repaints nor changes the scene rect.
+    /// Takes the frame over without copying its pixels. Neither repaints nor changes the scene
+    /// rect.
     void setCurrentImage(const QImage& frame) { image = frame; }
 
     /// The user's crosshair option. Puts the stored position back to (-1, -1).

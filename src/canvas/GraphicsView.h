@@ -8,19 +8,20 @@
 #include <QPointer>
 
 class GraphicsScene;
+class QAction;
+class QTouchEvent;
 class QtCornerBox;
 class QtRuleBar;
-class QTouchEvent;
 
 /// The canvas: shows one GraphicsScene, which it owns, with a ruler along its top and left edge,
 /// zooms on a logarithmic scale and can tear itself out of its layout to fill a screen. GUI thread.
 ///
 /// Zoom levels run from 0 to 500 with scale = 2^((level - 250) / 50); 250 is 100%.
 ///
-/// Painting. A frame repaints the viewport alone: the picture is drawn straight to it, and the tools
-/// come from a ToolLayer, which is redrawn only where an item changed. The scene's `changed` signal
-/// tells where; a new transform, viewport size or scroll position redraws the whole layer, so that
-/// outlines whose size depends on the zoom leave no trail.
+/// Painting. A frame repaints the viewport alone: the picture is drawn straight to it, and the
+/// tools come from a ToolLayer, which is redrawn only where an item changed. The scene's `changed`
+/// signal tells where; a new transform, viewport size or scroll position redraws the whole layer,
+/// so that outlines whose size depends on the zoom leave no trail.
 class GraphicsView final : public QGraphicsView
 {
     Q_OBJECT
@@ -35,7 +36,10 @@ public:
     /// The zoom level in force, 0 to 500 (a pinch may leave it outside).
     double level() const { return zoomLevel; }
     bool isBestFit() const { return bestFitActive; }
-    bool isInFullScreen() const { return fullscreenParent; }
+    bool isInFullScreen() const { return fullscreenActive; }
+
+    /// Repaints picture and crosshair. The tools over them are not drawn anew.
+    void repaintPicture() { viewport()->update(); }
 
     /// Shows or hides the crosshair of the drawing modes.
     void showCross(bool visible);
@@ -94,6 +98,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     bool viewportEvent(QEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -106,6 +111,7 @@ private slots:
 
 private:
     void prepareViewport();
+    void changeLevel(double level);
     void sceneChanged(const QList<QRectF>& region);
     void fitScene();
     void scaleToFit();
@@ -127,5 +133,6 @@ private:
     Qt::AspectRatioMode aspectRatioMode = Qt::KeepAspectRatio;
     GraphicsScene* graphicsScene = nullptr;
     QPointer<QWidget> fullscreenParent;
-    ToolLayer toolLayer;
+    bool fullscreenActive = false;
+    ToolLayer toolLayer{*this};
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QPoint>
 #include <QWidget>
 
@@ -30,16 +31,18 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
-    struct Tick;
-
     void drawTicks(QPainter* painter) const;
-    void drawLevel(QPainter* painter, double step, double labelStep, int tickLength) const;
+    void drawLevel(QPainter* painter, double step, int tickLength, double labelStep) const;
     void drawTick(QPainter* painter, int position, int tickLength) const;
     void drawLabel(QPainter* painter, int position, int tickLength, double value) const;
     void drawCursor(QPainter* painter) const;
-    int length() const;
-    int thickness() const;
-    double increment() const;
+    int scaleIndex() const;
+    bool isHorizontal() const { return orientation == Horizontal; }
+    int length() const { return isHorizontal() ? width() : height(); }
+    int thickness() const { return isHorizontal() ? height() : width(); }
+    /// Pixels per scene unit; negative for a reversed range.
+    double increment() const { return length() / (upperValue - lowerValue); }
+    QFont digitFont() const;
 
     int orientation = Horizontal;
     QPoint cursorPosition;

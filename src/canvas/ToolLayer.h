@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QImage>
+#include <QRect>
 #include <QRegion>
+#include <QTransform>
 
 class QGraphicsItem;
 class QGraphicsView;
@@ -9,27 +11,31 @@ class QPainter;
 
 /// A transparent picture of all items of a view's scene, in viewport pixels. The view lays it over
 /// each frame, so that a frame costs the same whatever number of tools lie on it; only what was
-/// invalidated since is drawn anew. Owned by the view. GUI thread.
-class ToolLayer
+/// invalidated since is drawn anew. A layer notices by itself when the view's transform, scroll
+/// position or size has changed, and is then drawn anew as a whole. Owned by the view. GUI thread.
+class ToolLayer final
 {
 public:
     explicit ToolLayer(const QGraphicsView& view);
 
     /// Marks a part to be drawn anew; viewport coordinates.
     void invalidate(const QRect& rect);
-    void invalidateAll();
+    void invalidateAll() { allDirty = true; }
 
-    /// Brings the layer up to date and draws the part of it that `exposed` covers; the painter is in
-    /// viewport coordinates.
-    void paint(QPainter* painter, const QRegion& exposed);
+    /// Brings the layer up to date and draws the part of it inside `exposed`; the painter and the
+    /// rectangle are in viewport coordinates.
+    void paint(QPainter* painter, const QRect& exposed);
 
 private:
+    void followView();
     void refresh();
-    void paintItem(QPainter* painter, QGraphicsItem* item, const QRect& area);
+    void clearDirty(QPainter* painter);
+    void paintItem(QPainter* painter, QGraphicsItem* item);
 
     const QGraphicsView& view;
     QImage picture;
+    QTransform transform; ///< The view's, as the picture was drawn.
     QRegion dirty;
-    QRegion painted; ///< What may hold anything but transparency.
+    QRect content; ///< Outside of it the picture is transparent.
     bool allDirty = true;
 };
