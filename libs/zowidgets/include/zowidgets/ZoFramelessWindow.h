@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QMainWindow>
-#include <QVector>
 
 #include <memory>
+
+namespace zowidgets {
+class WindowFrame;
+}
 
 /// A main window without a system frame. Its border of a few pixels resizes it on all sides and
 /// corners, its title bar moves it, and a double click in the title bar maximises it. Moving and
@@ -25,6 +28,7 @@ public:
     void setResizeableAreaWidth(int width);
 
 public slots:
+    /// Maximises the window or ends that; full screen is left only for maximised.
     void toggleMaximize(bool maximize);
 
 signals:
@@ -32,10 +36,8 @@ signals:
     void windowMaximized(bool maximized);
 
 protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
-    class Private;
-    std::unique_ptr<Private> d;
+    std::unique_ptr<zowidgets::WindowFrame> frame;
 };

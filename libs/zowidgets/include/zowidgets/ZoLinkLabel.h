@@ -2,8 +2,9 @@
 
 #include <QLabel>
 
-/// A label that works as a link: it shows the pointing hand, is underlined while the mouse is over
-/// it, takes the keyboard focus and reacts to a click, Return or the space key.
+/// A label that works as a link: it shows the pointing hand, takes the keyboard focus, is
+/// underlined while it has that or the mouse is over it, and reacts to a click, Return or the space
+/// key.
 class ZoLinkLabel : public QLabel
 {
     Q_OBJECT
@@ -18,9 +19,12 @@ signals:
 protected:
     void enterEvent(QEvent* event) override;
     void leaveEvent(QEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void setUnderlined(bool on);
+    void updateUnderline();
 };

@@ -9,8 +9,8 @@ class QButtonGroup;
 class QToolButton;
 class QVBoxLayout;
 
-/// A narrow column of buttons: exclusive page buttons at the top and, apart from them, plain actions
-/// at the bottom.
+/// A narrow column of buttons: exclusive page buttons at the top and, apart from them, plain
+/// actions at the bottom.
 class ZoSideBar : public QWidget
 {
     Q_OBJECT
@@ -18,7 +18,8 @@ class ZoSideBar : public QWidget
 public:
     explicit ZoSideBar(QWidget* parent = nullptr);
 
-    /// Adds a page button under the ones that are there; gives its index.
+    /// Adds a page button under the ones that are there; gives its index. The text is the tool tip
+    /// and the name for assistive technology.
     int addTopAction(const QString& text, const QIcon& icon);
     /// Adds a button for the action under the ones at the bottom. The action is not owned.
     QToolButton* addBottomAction(QAction* action);
@@ -38,6 +39,7 @@ signals:
 
 private:
     QToolButton* makeButton();
+    void pageToggled(int index, bool checked);
 
     QVBoxLayout* topLayout = nullptr;
     QVBoxLayout* bottomLayout = nullptr;
