@@ -1,0 +1,59 @@
+#pragma once
+
+#include <QDialog>
+#include <QList>
+#include <QPair>
+#include <QTimer>
+
+#include <memory>
+
+class QListWidget;
+class QListWidgetItem;
+struct _tag_VideoDeviceInfo;
+
+namespace Ui {
+class SelectDeviceDialog;
+}
+
+/// The modal choice of a video source: a USB camera, a network box or a network stream. Opens
+/// nothing itself: it tells the class and the identity of the chosen device. Looks for network
+/// boxes while their tab shows.
+class SelectDeviceDialog final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// `openedDevices` holds type and index of the devices that are open already.
+    SelectDeviceDialog(const QList<QPair<int, int>>& openedDevices, QWidget* parent);
+    ~SelectDeviceDialog() override;
+
+signals:
+    void openUsbDevice(int type, int index);
+    void openNetworkDevice(int type, QString url);
+
+protected slots:
+    void refreshUSBDevices();
+    void refreshTarnlinkDevices();
+
+private slots:
+    bool isOpened(int type, int index);
+    void on_tabWidget_currentChanged(int index);
+    void on_pushButtonRefresh_clicked();
+    void on_listWidget_itemSelectionChanged();
+    void on_listWidget_itemDoubleClicked(QListWidgetItem* item);
+    void on_pushButtonOpenCamera_clicked();
+    void on_listWidgetTarnlink_itemSelectionChanged();
+    void on_listWidgetTarnlink_itemDoubleClicked(QListWidgetItem* item);
+    void on_lineEditTarnlinkAddress_textChanged(QString arg1);
+    void on_pushButtonTarnlinkConnect_clicked();
+    void on_pushButtonRTSPConnect_clicked();
+
+private:
+    QListWidgetItem* addItem(QListWidget* list, const _tag_VideoDeviceInfo& device);
+    bool openItem(const QListWidgetItem* item);
+    bool connectToAddress(const QString& address);
+
+    std::unique_ptr<Ui::SelectDeviceDialog> ui;
+    QList<QPair<int, int>> opened;
+    QTimer scanTimer;
+};
