@@ -3,9 +3,7 @@
 #include "calibration/PrimitiveCalibration.h"
 
 #include <QAbstractTableModel>
-
-#include <memory>
-#include <vector>
+#include <QList>
 
 /// The one list of calibrations. Row 0 is always the built-in pixel calibration; the others are
 /// read from the calibration file at first use and written back when the model is deleted. That
@@ -67,8 +65,8 @@ private:
     bool hasRow(int row) const;
     void moveCheck(const QModelIndex& index);
     void writeField(const QModelIndex& index, const QVariant& value);
-    void swapRows(int row, int other);
+    void swapCalibrations(int row, int other);
 
-    std::vector<std::unique_ptr<PrimitiveCalibration>> calibrations;
+    QList<PrimitiveCalibration> calibrations; // never empty
     int currentRow = 0;
 };

@@ -17,8 +17,9 @@ public:
     static QString pixelKey();
     static QString pixelSymbol();
 
-    /// Empty for an unknown key.
-    static QString fullName(const QString& key);
+    /// Empty for an unknown key. Invokable, since the slots of a class that is no QObject can be
+    /// called through the meta-object only beside an invokable operation.
+    Q_INVOKABLE static QString fullName(const QString& key);
     static QString symbol(const QString& key);
 
     /// Metres per unit; 1.0 for the pixel and for an unknown key.
