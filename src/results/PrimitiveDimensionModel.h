@@ -40,6 +40,7 @@ public:
     static QVariant labelOfColumn(int column);
 
 private:
+    static void fillColumnTables();
     bool hasRow(int row) const;
 
     // Shared by all instances and filled anew by each, with labels in the language of that moment.
