@@ -1,0 +1,300 @@
+#include "frames/FrameDelivery.h"
+
+#include <QtTest>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+
+using zolens::FrameDelivery;
+using namespace std::chrono_literals;
+
+namespace {
+
+const QSize frameSize(320, 240);
+
+qint64 residentBytes()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    const bool opened = file.open(QIODevice::ReadOnly);
+    return opened ? file.readAll().split(' ').at(1).toLongLong() * 4096 : 0;
+}
+
+/// A device's part: fills a frame with a number and sends it.
+bool send(FrameDelivery& delivery, uint number, const QSize& size = frameSize)
+{
+    QImage frame = delivery.acquireFrame(size);
+    if (frame.isNull()) {
+        return false;
+    }
+    frame.fill(0xff000000U | number);
+    delivery.deliver(std::move(frame));
+    return true;
+}
+
+uint numberOf(const QImage& image)
+{
+    return image.pixel(0, 0) & 0xffffffU;
+}
+
+/// A viewer that keeps what it gets, as a queue to a busy window does.
+class Keeper final
+{
+public:
+    void operator()(const QImage& image)
+    {
+        {
+            const std::lock_guard lock(mutex);
+            images.push_back(image);
+            ++received;
+            newest = numberOf(image);
+        }
+        changed.notify_all();
+    }
+
+    bool waitFor(int count)
+    {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, 5s, [this, count] { return received >= count; });
+    }
+
+    QImage takeOldest()
+    {
+        const std::lock_guard lock(mutex);
+        QImage oldest = images.front();
+        images.erase(images.begin());
+        return oldest;
+    }
+
+    int count() const
+    {
+        const std::lock_guard lock(mutex);
+        return received;
+    }
+
+    uint newestNumber() const
+    {
+        const std::lock_guard lock(mutex);
+        return newest;
+    }
+
+private:
+    mutable std::mutex mutex;
+    std::condition_variable changed;
+    std::vector<QImage> images;
+    int received = 0;
+    uint newest = 0;
+};
+
+} // namespace
+
+class tst_FrameDelivery final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void deliversPixelsUncopiedFromAnotherThread()
+    {
+        std::thread::id viewerThread;
+        const uchar* seen = nullptr;
+        std::atomic<bool> done{false};
+        FrameDelivery delivery(
+            [&](const QImage& image) {
+                viewerThread = std::this_thread::get_id();
+                seen = image.constBits();
+                done = true;
+            },
+            running);
+        QImage frame = delivery.acquireFrame(frameSize);
+        QCOMPARE(frame.format(), QImage::Format_RGB32);
+        const uchar* pixels = frame.constBits();
+        delivery.deliver(std::move(frame));
+        QTRY_VERIFY(done);
+        QCOMPARE(seen, pixels);
+        QVERIFY(viewerThread != std::this_thread::get_id());
+    }
+
+    void keepsAtMostTwoFramesOutstanding()
+    {
+        Keeper keeper;
+        FrameDelivery delivery(std::ref(keeper), running);
+        QVERIFY(send(delivery, 1));
+        QVERIFY(keeper.waitFor(1));
+        QVERIFY(send(delivery, 2));
+        QVERIFY(keeper.waitFor(2));
+        for (uint number = 3; number < 20; ++number) {
+            QVERIFY(send(delivery, number));
+        }
+        QTest::qWait(50);
+        QCOMPARE(keeper.count(), 2);
+        QCOMPARE(delivery.droppedFrames(), quint64{16});
+    }
+
+    void theNewestWaitingFrameGoesOutWhenABufferComesBack()
+    {
+        Keeper keeper;
+        FrameDelivery delivery(std::ref(keeper), running);
+        fillUp(delivery, keeper);
+        for (uint number = 10; number <= 15; ++number) {
+            QVERIFY(send(delivery, number));
+        }
+        keeper.takeOldest();
+        QVERIFY(keeper.waitFor(3));
+        QCOMPARE(keeper.newestNumber(), 15U);
+    }
+
+    void aBlockedViewerCostsNoMoreThanThePool()
+    {
+        const QSize size(3840, 2160);
+        constexpr qint64 buffer = 3840LL * 2160 * 4;
+        Keeper keeper;
+        const qint64 start = residentBytes();
+        FrameDelivery delivery(std::ref(keeper), running);
+        fillUp(delivery, keeper, size);
+        uint number = 100;
+        for (QElapsedTimer time = started(); time.elapsed() < 1000;) {
+            QVERIFY(send(delivery, ++number, size));
+        }
+        QVERIFY2(residentBytes() - start < 5 * buffer + buffer / 2, "more than five buffers");
+        keeper.takeOldest();
+        QVERIFY(keeper.waitFor(3));
+        QCOMPARE(keeper.newestNumber(), number);
+    }
+
+    void aDeviceThatHoldsEveryBufferIsRefusedMore()
+    {
+        FrameDelivery delivery([](const QImage&) {}, running);
+        std::vector<QImage> held;
+        for (QImage frame = delivery.acquireFrame(frameSize); !frame.isNull();
+             frame = delivery.acquireFrame(frameSize)) {
+            held.push_back(frame);
+        }
+        QCOMPARE(held.size(), std::size_t{5});
+        QCOMPARE(delivery.droppedFrames(), quint64{1});
+    }
+
+    void pausedDeliversNothingButCountsArrivals()
+    {
+        Keeper keeper;
+        std::atomic<bool> paused{true};
+        FrameDelivery delivery(std::ref(keeper), paused);
+        for (uint number = 0; number < 10; ++number) {
+            QVERIFY(!send(delivery, number));
+            QTest::qSleep(10);
+        }
+        QCOMPARE(keeper.count(), 0);
+        QCOMPARE(delivery.droppedFrames(), quint64{0});
+        QVERIFY(delivery.frameRate() > 20.0F);
+
+        paused = false;
+        QVERIFY(send(delivery, 42));
+        QVERIFY(keeper.waitFor(1));
+        QCOMPARE(keeper.newestNumber(), 42U);
+    }
+
+    void aFrameUnderWayWhenThePauseComesIsNotDelivered()
+    {
+        Keeper keeper;
+        std::atomic<bool> paused{false};
+        FrameDelivery delivery(std::ref(keeper), paused);
+        QImage frame = delivery.acquireFrame(frameSize);
+        frame.fill(0);
+        paused = true;
+        delivery.deliver(std::move(frame));
+        QTest::qWait(50);
+        QCOMPARE(keeper.count(), 0);
+    }
+
+    void aFrameThatWaitsWhenThePauseComesIsNotDelivered()
+    {
+        Keeper keeper;
+        std::atomic<bool> paused{false};
+        FrameDelivery delivery(std::ref(keeper), paused);
+        fillUp(delivery, keeper);
+        QVERIFY(send(delivery, 3));
+        paused = true;
+        keeper.takeOldest();
+        QTest::qWait(50);
+        QCOMPARE(keeper.count(), 2);
+    }
+
+    void endsWhileAFrameWaitsAndNeverCallsTheViewerAgain()
+    {
+        Keeper keeper;
+        auto delivery = std::make_unique<FrameDelivery>(std::ref(keeper), running);
+        fillUp(*delivery, keeper);
+        QVERIFY(send(*delivery, 3));
+        const QElapsedTimer time = started();
+        delivery.reset();
+        QVERIFY(time.elapsed() < 500);
+        keeper.takeOldest();
+        keeper.takeOldest();
+        QTest::qWait(20);
+        QCOMPARE(keeper.count(), 2);
+    }
+
+    void imagesOutliveTheDelivery()
+    {
+        Keeper keeper;
+        {
+            FrameDelivery delivery(std::ref(keeper), running);
+            fillUp(delivery, keeper);
+        }
+        QCOMPARE(numberOf(keeper.takeOldest()), 1U);
+        const QImage last = keeper.takeOldest();
+        QCOMPARE(numberOf(last), 2U);
+        QCOMPARE(last.pixel(319, 239), last.pixel(0, 0));
+    }
+
+    void frameRateCountsWhatTheDeviceSends()
+    {
+        FrameDelivery delivery([](const QImage&) {}, running);
+        QCOMPARE(delivery.frameRate(), 0.0F);
+        auto due = std::chrono::steady_clock::now();
+        for (uint number = 0; number < 30; ++number) {
+            send(delivery, number);
+            due += 20ms;
+            std::this_thread::sleep_until(due);
+        }
+        QVERIFY2(qAbs(delivery.frameRate() - 50.0F) < 10.0F,
+                 qPrintable(QString::number(delivery.frameRate())));
+    }
+
+    void endsAtAnyMomentWhileFramesCome()
+    {
+        for (int round = 0; round < 50; ++round) {
+            Keeper keeper;
+            auto delivery = std::make_unique<FrameDelivery>(std::ref(keeper), running);
+            std::thread device([&delivery, round] {
+                for (uint number = 0; number < static_cast<uint>(round); ++number) {
+                    send(*delivery, number);
+                }
+            });
+            device.join();
+            delivery.reset();
+            const int count = keeper.count();
+            QVERIFY(count <= 2);
+        }
+    }
+
+private:
+    static void fillUp(FrameDelivery& delivery, Keeper& keeper, const QSize& size = frameSize)
+    {
+        for (uint number = 1; number <= 2; ++number) {
+            QVERIFY(send(delivery, number, size));
+            QVERIFY(keeper.waitFor(static_cast<int>(number)));
+        }
+    }
+
+    static QElapsedTimer started()
+    {
+        QElapsedTimer timer;
+        timer.start();
+        return timer;
+    }
+
+    const std::atomic<bool> running{false};
+};
+
+QTEST_GUILESS_MAIN(tst_FrameDelivery)
+#include "tst_FrameDelivery.moc"
