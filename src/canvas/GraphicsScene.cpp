@@ -126,10 +126,12 @@ void GraphicsScene::mousePressEvent(QGraphicsSceneMouseEvent* event)
 {
     if (isDragging())
         return;
-    if (primitiveManager->handleMousePress(event))
+    if (primitiveManager->handleMousePress(event)) {
         event->accept();
-    else
-        QGraphicsScene::mousePressEvent(event);
+        return;
+    }
+    QGraphicsScene::mousePressEvent(event);
+    primitiveManager->settleConstruction();
 }
 
 void GraphicsScene::mouseMoveEvent(QGraphicsSceneMouseEvent* event)

@@ -10,7 +10,7 @@ class QActionGroup;
 
 /// The one set of actions through which the whole program chooses a tool. Buttons and menus show
 /// these same objects, so the checked tool stands in exactly one place. One instance for the
-/// application, made on first use; owns its actions. GUI thread.
+/// application, made on first use and gone with it; owns its actions. GUI thread.
 class PrimitiveActionManager final : public QObject
 {
     Q_OBJECT
@@ -31,6 +31,9 @@ public:
 
 private:
     PrimitiveActionManager();
+
+    void makeOtherActions();
+    void disconnectView();
 
     QActionGroup* group = nullptr;
     QAction* drag = nullptr;

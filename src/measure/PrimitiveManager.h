@@ -48,13 +48,17 @@ public:
     bool handleMouseMove(QGraphicsSceneMouseEvent* event);
     bool handleMouseRelease(QGraphicsSceneMouseEvent* event);
     bool handleMouseDoubleClick(QGraphicsSceneMouseEvent* event);
+    /// A tool under construction that has lost its selection can no longer be reached: it is
+    /// finished or, with too few points, removed.
+    void settleConstruction();
     void setDragMode(DragMode mode, int type);
 
     // Tools.
     /// A new tool of that number at a scene position, with the attributes stored for it; null for a
-    /// number that no tool is built for. Owned by the caller until addTool().
+    /// number that no tool is made for. Owned by the caller until addTool().
     static QGraphicsItem* createTool(int type, PrimitiveManager* manager, GraphicsScene* scene,
                                      QPointF pos = QPointF());
+    /// Puts a tool into the scene, which owns it from now on, and selects it. Null for null.
     QGraphicsItem* addTool(QGraphicsItem* item);
     void removeTool(PrimitiveGeneralTool* tool);
     void deleteAllTools(bool force);
@@ -108,11 +112,23 @@ signals:
     void toolSelected(QGraphicsObject* object, bool selected);
 
 private:
+    bool handleLeftPress(const QPointF& scenePos);
+    bool handleRightPress();
     bool finishCurrentTool();
+    PrimitiveGeneralTool* constructedTool() const;
+    void addGeneralTool(PrimitiveGeneralTool* tool);
+    void removeTools(const QVector<PrimitiveGeneralTool*>& general,
+                     const QVector<QGraphicsItem*>& text);
+    void removeRows(QVector<int> rows);
+    void renumberTools();
+    void renumberCounters();
+    bool confirmRemoval(const QString& question) const;
+    void editSelection();
     void recalculateTools();
 
     ToolAttributeEditor* attributesWidget = nullptr;
     GraphicsScene* graphicsScene = nullptr;
+    QGraphicsItem* scalebar = nullptr; ///< Null while there is no such tool.
     DragMode mode = Drag;
     int type = -1;
     std::unique_ptr<PrimitiveDimensionModel> model;
@@ -120,4 +136,7 @@ private:
     QString unitKey;
     bool calibrating = false;
     double frozenScale = -1.0;
+    QVector<QGraphicsItem*> tools; ///< In stacking order: the order in which they were added.
+    QPointer<PrimitiveGeneralTool> construction; ///< The last tool that was added unfinished.
+    bool removingMany = false;
 };
