@@ -1,0 +1,6 @@
+#include "ResourceCarrier.h"
+
+QString iconThemeFolder()
+{
+    return QStringLiteral(":/icons/light-blue");
+}
