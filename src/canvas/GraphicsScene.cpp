@@ -184,6 +184,7 @@ void GraphicsScene::drawForeground(QPainter* painter, const QRectF&)
     const QRectF whole = sceneRect();
     const double x = crossPosition.x();
     const double y = crossPosition.y();
+    painter->setRenderHint(QPainter::Antialiasing, false);
     painter->setPen(
         QPen(QBrush(Qt::darkGray), onePixel, Qt::SolidLine, Qt::SquareCap, Qt::BevelJoin));
     painter->drawLine(QPointF(std::min(x, whole.left()), y),

@@ -308,11 +308,11 @@ private slots:
         view->zoom(250.0);
         auto* device = QTest::createTouchDevice();
         QWidget* target = view->viewport();
-        QTest::touchEvent(target, device).press(0, QPoint(200, 200)).press(1, QPoint(300, 200));
-        QTest::touchEvent(target, device).move(0, QPoint(150, 200)).move(1, QPoint(350, 200));
+        touch(device).press(0, QPoint(200, 200), target).press(1, QPoint(300, 200), target);
+        touch(device).move(0, QPoint(150, 200), target).move(1, QPoint(350, 200), target);
         QCOMPARE(view->transform().m11(), 2.0);
         QCOMPARE(view->level(), 250.0);
-        QTest::touchEvent(target, device).release(0, QPoint(150, 200)).release(1, QPoint(350, 200));
+        touch(device).release(0, QPoint(150, 200), target).release(1, QPoint(350, 200), target);
         QCOMPARE(view->level(), 300.0);
     }
 
@@ -320,9 +320,10 @@ private slots:
     {
         view->zoom(250.0);
         auto* device = QTest::createTouchDevice();
-        QTest::touchEvent(view->viewport(), device).press(0, QPoint(200, 200));
-        QTest::touchEvent(view->viewport(), device).move(0, QPoint(260, 200));
-        QTest::touchEvent(view->viewport(), device).release(0, QPoint(260, 200));
+        QWidget* target = view->viewport();
+        touch(device).press(0, QPoint(200, 200), target);
+        touch(device).move(0, QPoint(260, 200), target);
+        touch(device).release(0, QPoint(260, 200), target);
         QCOMPARE(view->level(), 250.0);
     }
 
@@ -436,6 +437,11 @@ private:
         move(QPoint(300, 250), Qt::NoButton);
         QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(300, 250));
         QCOMPARE(view->manager()->selectedGeneralTools().size(), 1);
+    }
+
+    QTest::QTouchEventSequence touch(QTouchDevice* device)
+    {
+        return QTest::touchEvent(view->viewport(), device);
     }
 
     QColor shownAt(const QPointF& scenePos)

@@ -22,10 +22,10 @@ public:
     bool begin(QPaintDevice*) override { return true; }
     bool end() override { return true; }
     Type type() const override { return User; }
-    void updateState(const QPaintEngineState& state) override
+    void updateState(const QPaintEngineState& newState) override
     {
-        if (state.state() & DirtyTransform)
-            transform = state.transform();
+        if (newState.state() & DirtyTransform)
+            transform = newState.transform();
     }
     void drawPixmap(const QRectF&, const QPixmap&, const QRectF&) override {}
     void drawTextItem(const QPointF& at, const QTextItem& item) override
