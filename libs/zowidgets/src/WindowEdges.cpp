@@ -28,16 +28,15 @@ Span dragged(Span span, int by, bool startMoves, bool endMoves, int least, int m
 
 Qt::Edges edgesAt(const QPoint& pos, const QSize& window, int borderWidth)
 {
-    if (borderWidth <= 0 || !QRect(QPoint(), window).contains(pos))
-        return {};
     const int right = window.width() - 1 - pos.x();
     const int bottom = window.height() - 1 - pos.y();
-    const bool onBorder = qMin(qMin(pos.x(), right), qMin(pos.y(), bottom)) < borderWidth;
-    if (!onBorder)
+    const int toSide = qMin(pos.x(), right);
+    const int toTopOrBottom = qMin(pos.y(), bottom);
+    if (toSide < 0 || toTopOrBottom < 0 || qMin(toSide, toTopOrBottom) >= borderWidth)
         return {};
 
-    const bool onSide = qMin(pos.x(), right) < borderWidth;
-    const bool onTopOrBottom = qMin(pos.y(), bottom) < borderWidth;
+    const bool onSide = toSide < borderWidth;
+    const bool onTopOrBottom = toTopOrBottom < borderWidth;
     const int reach = qMax(borderWidth, CornerReach);
     const int reachX = onTopOrBottom ? reach : borderWidth;
     const int reachY = onSide ? reach : borderWidth;

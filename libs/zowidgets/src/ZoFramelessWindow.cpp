@@ -2,7 +2,7 @@
 
 #include "WindowFrame.h"
 
-#include <QWindowStateChangeEvent>
+#include <QEvent>
 
 ZoFramelessWindow::ZoFramelessWindow(QWidget* parent)
     : QMainWindow(parent, Qt::Window | Qt::FramelessWindowHint | Qt::WindowSystemMenuHint |
@@ -46,9 +46,9 @@ void ZoFramelessWindow::toggleMaximize(bool maximize)
 void ZoFramelessWindow::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
-    if (event->type() != QEvent::WindowStateChange)
+    // The event's old state is no help: it may be the new one when the window manager answers.
+    if (event->type() != QEvent::WindowStateChange || maximized == isMaximized())
         return;
-    const auto before = static_cast<QWindowStateChangeEvent*>(event)->oldState();
-    if ((before ^ windowState()) & Qt::WindowMaximized)
-        emit windowMaximized(isMaximized());
+    maximized = isMaximized();
+    emit windowMaximized(maximized);
 }

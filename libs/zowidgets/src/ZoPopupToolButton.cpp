@@ -14,27 +14,29 @@ void ZoPopupToolButton::setPopupMenu(QMenu* menu, QToolButton::ToolButtonPopupMo
     popup = menu;
     setPopupMode(mode);
     setMenu(menu);
-    if (!menu)
-        return showAction(nullptr);
-
-    menu->setParent(this, menu->windowFlags());
-    menu->installEventFilter(this);
-    connect(menu, &QMenu::triggered, this, &ZoPopupToolButton::showAction, Qt::UniqueConnection);
-    const QList<QAction*> actions = menu->actions();
-    for (QAction* action : actions)
-        follow(action);
-    showFirstAction();
+    if (menu) {
+        menu->setParent(this, menu->windowFlags());
+        menu->installEventFilter(this);
+        connect(menu, &QMenu::triggered, this, &ZoPopupToolButton::showAction,
+                Qt::UniqueConnection);
+        const QList<QAction*> actions = menu->actions();
+        for (QAction* action : actions)
+            follow(action);
+    }
+    chooseFace();
 }
 
 bool ZoPopupToolButton::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == popup) {
-        if (event->type() == QEvent::ActionAdded)
-            follow(static_cast<QActionEvent*>(event)->action());
-        else if (event->type() == QEvent::ActionRemoved)
-            forget(static_cast<QActionEvent*>(event)->action());
-    }
-    return QToolButton::eventFilter(watched, event);
+    if (watched == popup && event->type() == QEvent::ActionAdded)
+        follow(static_cast<QActionEvent*>(event)->action());
+    const bool handled = QToolButton::eventFilter(watched, event);
+    // A face that was deleted or taken out of the menu needs a successor.
+    const bool changed =
+        event->type() == QEvent::ActionAdded || event->type() == QEvent::ActionRemoved;
+    if (watched == popup && changed && !popup->actions().contains(defaultAction()))
+        chooseFace();
+    return handled;
 }
 
 /// A tool that is switched on from elsewhere shows on the face of the button that offers it.
@@ -42,20 +44,9 @@ void ZoPopupToolButton::follow(QAction* action)
 {
     disconnect(action, &QAction::toggled, this, nullptr);
     connect(action, &QAction::toggled, this, [this, action](bool checked) {
-        if (checked)
+        if (checked && popup && popup->actions().contains(action))
             showAction(action);
     });
-    if (!defaultAction() && !action->isSeparator())
-        showAction(action);
-    else if (action->isChecked())
-        showAction(action);
-}
-
-void ZoPopupToolButton::forget(QAction* action)
-{
-    disconnect(action, &QAction::toggled, this, nullptr);
-    if (action == defaultAction())
-        showFirstAction();
 }
 
 void ZoPopupToolButton::showAction(QAction* action)
@@ -68,10 +59,13 @@ void ZoPopupToolButton::showAction(QAction* action)
         removeAction(previous);
 }
 
-void ZoPopupToolButton::showFirstAction()
+void ZoPopupToolButton::chooseFace()
 {
-    const QList<QAction*> actions = popup->actions();
-    const auto first = std::find_if(actions.begin(), actions.end(),
-                                    [](const QAction* each) { return !each->isSeparator(); });
-    showAction(first == actions.end() ? nullptr : *first);
+    const QList<QAction*> actions = popup ? popup->actions() : QList<QAction*>();
+    const auto isFace = [](const QAction* each) { return !each->isSeparator(); };
+    const auto isChecked = [](const QAction* each) { return each->isChecked(); };
+    auto chosen = std::find_if(actions.begin(), actions.end(), isChecked);
+    if (chosen == actions.end())
+        chosen = std::find_if(actions.begin(), actions.end(), isFace);
+    showAction(chosen == actions.end() ? nullptr : *chosen);
 }

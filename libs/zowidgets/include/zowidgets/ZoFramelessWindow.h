@@ -40,4 +40,6 @@ protected:
 
 private:
     std::unique_ptr<zowidgets::WindowFrame> frame;
+    /// As it was told last.
+    bool maximized = false;
 };

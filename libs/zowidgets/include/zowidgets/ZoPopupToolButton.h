@@ -23,9 +23,8 @@ protected:
 
 private:
     void follow(QAction* action);
-    void forget(QAction* action);
     void showAction(QAction* action);
-    void showFirstAction();
+    void chooseFace();
 
     QPointer<QMenu> popup;
 };
