@@ -28,15 +28,21 @@ void ZoPopupToolButton::setPopupMenu(QMenu* menu, QToolButton::ToolButtonPopupMo
 
 bool ZoPopupToolButton::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == popup && event->type() == QEvent::ActionAdded)
-        follow(static_cast<QActionEvent*>(event)->action());
-    const bool handled = QToolButton::eventFilter(watched, event);
-    // A face that was deleted or taken out of the menu needs a successor.
+    // Other events also come from a menu that is being destroyed.
     const bool changed =
         event->type() == QEvent::ActionAdded || event->type() == QEvent::ActionRemoved;
-    if (watched == popup && changed && !popup->actions().contains(defaultAction()))
+    if (changed && watched == popup)
+        menuChanged(*static_cast<QActionEvent*>(event));
+    return QToolButton::eventFilter(watched, event);
+}
+
+/// A face that was deleted or taken out of the menu needs a successor.
+void ZoPopupToolButton::menuChanged(const QActionEvent& event)
+{
+    if (event.type() == QEvent::ActionAdded)
+        follow(event.action());
+    if (!popup->actions().contains(defaultAction()))
         chooseFace();
-    return handled;
 }
 
 /// A tool that is switched on from elsewhere shows on the face of the button that offers it.

@@ -22,6 +22,7 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void menuChanged(const QActionEvent& event);
     void follow(QAction* action);
     void showAction(QAction* action);
     void chooseFace();
