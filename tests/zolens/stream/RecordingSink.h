@@ -1,0 +1,56 @@
+#pragma once
+
+#include "frames/FrameSink.h"
+
+#include <QImage>
+
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+
+/// A sink that keeps the last frame and counts. It hands out as many buffers as asked for, or none.
+class RecordingSink final : public zolens::FrameSink
+{
+public:
+    QImage acquireFrame(const QSize& size) override
+    {
+        ++asked;
+        return refusing ? QImage() : QImage(size, QImage::Format_RGB32);
+    }
+
+    void deliver(QImage&& frame) override
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        last = std::move(frame);
+        ++delivered;
+        arrived.notify_all();
+    }
+
+    int count() const
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return delivered;
+    }
+    QImage lastFrame() const
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return last;
+    }
+    /// Waits for that many frames from now on.
+    bool waitForFrames(int frames, std::chrono::milliseconds patience)
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        const int wanted = delivered + frames;
+        return arrived.wait_for(lock, patience, [&] { return delivered >= wanted; });
+    }
+
+    std::atomic<bool> refusing{false};
+    std::atomic<int> asked{0};
+
+private:
+    mutable std::mutex mutex;
+    std::condition_variable arrived;
+    QImage last;
+    int delivered = 0;
+};

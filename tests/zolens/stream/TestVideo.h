@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+#include <QString>
+
+/// Writes short videos for tests: a white bar on grey that steps to the right with every frame.
+struct TestVideo
+{
+    /// Of the codec library, as "libx264".
+    QByteArray encoder = "libx264";
+    QSize size = QSize(320, 240);
+    int frames = 25;
+    int framesPerSecond = 25;
+
+    /// The container follows the name's suffix.
+    bool write(const QString& path) const;
+};
