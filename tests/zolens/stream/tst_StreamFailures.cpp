@@ -1,0 +1,351 @@
+#include "RecordingSink.h"
+#include "TestPeers.h"
+#include "TestVideo.h"
+#include "stream/StreamCamera.h"
+#include "support/rtspserver/RtspServer.h"
+
+#include <QElapsedTimer>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QUdpSocket>
+#include <QtTest>
+
+#include <thread>
+
+using namespace std::chrono_literals;
+using zolens::StreamCamera;
+
+namespace {
+
+constexpr int startLimit = 5000;
+constexpr int stopLimit = 500;
+
+/// A port of this machine on which nobody listens.
+int closedPort()
+{
+    QTcpServer server;
+    server.listen(QHostAddress::LocalHost);
+    return server.serverPort();
+}
+
+/// Starts on a thread of its own, so that the caller can do something meanwhile.
+class BackgroundStart final
+{
+public:
+    BackgroundStart(StreamCamera* camera, RecordingSink* sink)
+        : thread([=] { result = camera->start(sink); })
+    {
+    }
+    ~BackgroundStart() { join(); }
+
+    bool join()
+    {
+        if (thread.joinable())
+            thread.join();
+        return result;
+    }
+
+private:
+    bool result = true;
+    std::thread thread;
+};
+
+} // namespace
+
+class tst_StreamFailures : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void startFailsAtOnce_data();
+    void startFailsAtOnce();
+    void startEndsInTimeWithAMutePeer_data();
+    void startEndsInTimeWithAMutePeer();
+    void startEndsInTimeWithAFrozenServer();
+    void stopsInTimeWhileTheServerIsFrozen_data();
+    void stopsInTimeWhileTheServerIsFrozen();
+    void stopsInTimeWhileItReconnects();
+    void comesBackAfterAFrozenServer_data();
+    void comesBackAfterAFrozenServer();
+    void comesBackAfterTheServerWasKilled_data();
+    void comesBackAfterTheServerWasKilled();
+    void survivesDamagedPackets_data();
+    void survivesDamagedPackets();
+    void survivesADamagedFile();
+    void survivesRubbishOverUdp();
+    void keepsAPlaylistAwayFromLocalFiles();
+
+private:
+    RtspServer server;
+    QTemporaryDir folder;
+};
+
+void tst_StreamFailures::initTestCase()
+{
+    QVERIFY(server.start());
+}
+
+void tst_StreamFailures::startFailsAtOnce_data()
+{
+    QTest::addColumn<QString>("text");
+    const QString closed = QString::number(closedPort());
+    QTest::newRow("empty") << "";
+    QTest::newRow("no URL") << "camera";
+    QTest::newRow("forbidden protocol") << "concat:/dev/zero";
+    QTest::newRow("closed port") << QString(QLatin1String("rtsp://127.0.0.1:") + closed +
+                                            QLatin1String("/h264"));
+    QTest::newRow("closed port, UDP")
+        << QString(QLatin1String("rtsp://127.0.0.1:") + closed + QLatin1String("/h264?udp"));
+    QTest::newRow("closed port, HTTP")
+        << QString(QLatin1String("http://127.0.0.1:") + closed + QLatin1String("/a.mjpg"));
+    QTest::newRow("wrong path") << server.url(QStringLiteral("/nothing"));
+    QTest::newRow("wrong protocol")
+        << QString(QStringLiteral("http://127.0.0.1:") + QString::number(server.port()));
+    QTest::newRow("missing file") << "/no/such/file.mp4";
+}
+
+void tst_StreamFailures::startFailsAtOnce()
+{
+    QFETCH(QString, text);
+    RecordingSink sink;
+    StreamCamera camera(text);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!camera.start(&sink));
+    QVERIFY(timer.elapsed() < 2000);
+    QCOMPARE(int(sink.asked), 0);
+}
+
+void tst_StreamFailures::startEndsInTimeWithAMutePeer_data()
+{
+    QTest::addColumn<QString>("scheme");
+    for (const char* scheme : {"rtsp", "rtsps", "http", "https", "tcp"})
+        QTest::newRow(scheme) << QString::fromLatin1(scheme);
+}
+
+void tst_StreamFailures::startEndsInTimeWithAMutePeer()
+{
+    QFETCH(QString, scheme);
+    const MutePeer peer;
+    RecordingSink sink;
+    StreamCamera camera(peer.url(scheme));
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!camera.start(&sink));
+    QVERIFY2(timer.elapsed() < startLimit, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_StreamFailures::startEndsInTimeWithAFrozenServer()
+{
+    RtspServer frozen;
+    QVERIFY(frozen.start());
+    frozen.freeze();
+    RecordingSink sink;
+    StreamCamera camera(frozen.url(QStringLiteral("/h264")));
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!camera.start(&sink));
+    QVERIFY(timer.elapsed() < startLimit);
+}
+
+void tst_StreamFailures::stopsInTimeWhileTheServerIsFrozen_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<int>("wait");
+    QTest::newRow("TCP, at once") << "/h264" << 0;
+    QTest::newRow("UDP, at once") << "/h264?udp" << 0;
+    QTest::newRow("TCP, after the watchdog") << "/h264" << 2700;
+}
+
+void tst_StreamFailures::stopsInTimeWhileTheServerIsFrozen()
+{
+    QFETCH(QString, path);
+    QFETCH(int, wait);
+    RtspServer frozen;
+    QVERIFY(frozen.start());
+    RecordingSink sink;
+    StreamCamera camera(frozen.url(path));
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(5, 5s));
+    frozen.freeze();
+    QTest::qWait(wait);
+    QElapsedTimer timer;
+    timer.start();
+    camera.stop();
+    QVERIFY2(timer.elapsed() < stopLimit, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_StreamFailures::stopsInTimeWhileItReconnects()
+{
+    RtspServer lost;
+    QVERIFY(lost.start());
+    RecordingSink sink;
+    StreamCamera camera(lost.url(QStringLiteral("/h264")));
+    QVERIFY(camera.start(&sink));
+    lost.kill();
+    QTest::qWait(1500);
+    QElapsedTimer timer;
+    timer.start();
+    camera.stop();
+    QVERIFY(timer.elapsed() < stopLimit);
+}
+
+void tst_StreamFailures::comesBackAfterAFrozenServer_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("TCP") << "/h264";
+    QTest::newRow("UDP") << "/h264?udp";
+    QTest::newRow("MJPEG") << "/mjpeg";
+}
+
+void tst_StreamFailures::comesBackAfterAFrozenServer()
+{
+    QFETCH(QString, path);
+    RtspServer frozen;
+    QVERIFY(frozen.start());
+    RecordingSink sink;
+    StreamCamera camera(frozen.url(path));
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(20, 5s));
+    frozen.freeze();
+    QTest::qWait(3500);
+    const int before = sink.count();
+    QTest::qWait(300);
+    QCOMPARE(sink.count(), before);
+    frozen.thaw();
+    QVERIFY(sink.waitForFrames(20, 15s));
+}
+
+void tst_StreamFailures::comesBackAfterTheServerWasKilled_data()
+{
+    comesBackAfterAFrozenServer_data();
+}
+
+void tst_StreamFailures::comesBackAfterTheServerWasKilled()
+{
+    QFETCH(QString, path);
+    RtspServer restarted;
+    QVERIFY(restarted.start());
+    RecordingSink sink;
+    StreamCamera camera(restarted.url(path));
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(5, 5s));
+    restarted.kill();
+    QTest::qWait(1000);
+    QVERIFY(restarted.start());
+    QVERIFY(sink.waitForFrames(20, 15s));
+}
+
+void tst_StreamFailures::survivesDamagedPackets_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::newRow("H.264") << "/h264?tcp";
+    QTest::newRow("H.265") << "/h265?tcp";
+    QTest::newRow("MJPEG") << "/mjpeg?tcp";
+}
+
+void tst_StreamFailures::survivesDamagedPackets()
+{
+    QFETCH(QString, path);
+    DamagingProxy proxy(server.port());
+    RecordingSink sink;
+    StreamCamera camera(QStringLiteral("rtsp://127.0.0.1:") + QString::number(proxy.port()) + path);
+    BackgroundStart start(&camera, &sink);
+    QTRY_VERIFY(sink.count() > 3);
+    QVERIFY(start.join());
+
+    proxy.damaging = true;
+    QTRY_VERIFY_WITH_TIMEOUT(proxy.damagedPackets > 30, 20000);
+    proxy.damaging = false;
+    const int before = sink.count();
+    QTRY_VERIFY_WITH_TIMEOUT(sink.count() > before + 20, 10000);
+    QCOMPARE(sink.lastFrame().size(), QSize(640, 480));
+    camera.stop();
+}
+
+void tst_StreamFailures::survivesADamagedFile()
+{
+    const QString path = folder.filePath(QStringLiteral("damaged.ts"));
+    TestVideo video;
+    video.frames = 50;
+    QVERIFY(video.write(path));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QByteArray data = file.readAll();
+    QRandomGenerator random(7);
+    for (int i = data.size() / 4; i < data.size(); i += random.bounded(1, 300))
+        data[i] = char(random.bounded(256));
+    file.seek(0);
+    file.write(data);
+    file.close();
+
+    RecordingSink sink;
+    StreamCamera camera(path);
+    QVERIFY(camera.start(&sink));
+    // More than one round.
+    QVERIFY(sink.waitForFrames(60, 20s));
+}
+
+void tst_StreamFailures::survivesRubbishOverUdp()
+{
+    const QString path = folder.filePath(QStringLiteral("sent.ts"));
+    TestVideo video;
+    video.frames = 200;
+    video.size = QSize(640, 480);
+    QVERIFY(video.write(path));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+
+    QUdpSocket probe;
+    QVERIFY(probe.bind(QHostAddress::LocalHost));
+    const quint16 port = probe.localPort();
+    probe.close();
+    RecordingSink sink;
+    StreamCamera camera(QStringLiteral("udp://127.0.0.1:") + QString::number(port));
+    BackgroundStart start(&camera, &sink);
+    QUdpSocket sender;
+    int packets = 0;
+    const auto sendPacket = [&] {
+        if (file.atEnd())
+            file.seek(0);
+        QByteArray packet = file.read(7 * 188);
+        if (++packets % 9 == 0)
+            packet.fill('#');
+        sender.writeDatagram(packet, QHostAddress(QHostAddress::LocalHost), port);
+        QTest::qWait(2);
+        return sink.count();
+    };
+    QElapsedTimer timer;
+    timer.start();
+    while (sendPacket() < 50 && timer.elapsed() < 20000) {
+    }
+    QVERIFY(start.join());
+    QVERIFY(sink.count() >= 50);
+}
+
+void tst_StreamFailures::keepsAPlaylistAwayFromLocalFiles()
+{
+    const QString video = folder.filePath(QStringLiteral("secret.ts"));
+    QVERIFY(TestVideo().write(video));
+    QTcpServer web;
+    QVERIFY(web.listen(QHostAddress::LocalHost));
+    connect(&web, &QTcpServer::newConnection, this, [&] {
+        QTcpSocket* client = web.nextPendingConnection();
+        client->write("HTTP/1.0 200 OK\r\nContent-Type: application/vnd.apple.mpegurl\r\n\r\n"
+                      "#EXTM3U\n#EXT-X-TARGETDURATION:1\n#EXTINF:1,\nfile://" +
+                      QFile::encodeName(video) + "\n#EXT-X-ENDLIST\n");
+        client->disconnectFromHost();
+    });
+    RecordingSink sink;
+    StreamCamera camera(QStringLiteral("http://127.0.0.1:") + QString::number(web.serverPort()) +
+                        QStringLiteral("/list.m3u8"));
+    BackgroundStart start(&camera, &sink);
+    QTest::qWait(1000);
+    QVERIFY(!start.join());
+    QCOMPARE(sink.count(), 0);
+}
+
+QTEST_GUILESS_MAIN(tst_StreamFailures)
+#include "tst_StreamFailures.moc"
