@@ -44,6 +44,33 @@ QString MutePeer::url(const QString& scheme) const
            QStringLiteral("/live");
 }
 
+WebPeer::WebPeer()
+{
+    connect(&server, &QTcpServer::newConnection, this, [this] {
+        QTcpSocket* client = server.nextPendingConnection();
+        connect(client, &QTcpSocket::readyRead, this, [=] { answer(client); });
+        connect(client, &QTcpSocket::disconnected, client, &QObject::deleteLater);
+    });
+    server.listen(QHostAddress::LocalHost);
+}
+
+void WebPeer::add(const QByteArray& path, const QByteArray& contentType, const QByteArray& body)
+{
+    replies[path] = "HTTP/1.0 200 OK\r\nContent-Type: " + contentType + "\r\n\r\n" + body;
+}
+
+QString WebPeer::url(const QString& path) const
+{
+    return QStringLiteral("http://127.0.0.1:") + QString::number(server.serverPort()) + path;
+}
+
+void WebPeer::answer(QTcpSocket* client)
+{
+    const QByteArray path = client->readAll().split(' ').value(1);
+    client->write(replies.value(path, "HTTP/1.0 404 Not Found\r\n\r\n"));
+    client->disconnectFromHost();
+}
+
 DamagingProxy::DamagingProxy(int port) : serverPort(port)
 {
     connect(&server, &QTcpServer::newConnection, this, &DamagingProxy::accept);

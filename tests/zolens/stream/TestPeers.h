@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QHash>
 #include <QObject>
 #include <QTcpServer>
 
@@ -19,6 +20,23 @@ public:
 
 private:
     QTcpServer server;
+};
+
+/// A web server with a few files. Works while the event loop runs.
+class WebPeer final : public QObject
+{
+    Q_OBJECT
+
+public:
+    WebPeer();
+    void add(const QByteArray& path, const QByteArray& contentType, const QByteArray& body);
+    QString url(const QString& path) const;
+
+private:
+    void answer(QTcpSocket* client);
+
+    QTcpServer server;
+    QHash<QByteArray, QByteArray> replies;
 };
 
 /// Passes RTSP connections on to a server and, while it is told to, damages the pictures of every

@@ -94,6 +94,7 @@ bool writePackets(AVFormatContext* output, AVCodecContext* encoder)
 
 bool TestVideo::write(const QString& path) const
 {
+    av_log_set_level(AV_LOG_QUIET);
     const Output output = openOutput(QFile::encodeName(path));
     if (!output)
         return false;

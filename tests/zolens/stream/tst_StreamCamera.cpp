@@ -1,4 +1,5 @@
 #include "RecordingSink.h"
+#include "TestPeers.h"
 #include "TestVideo.h"
 #include "stream/StreamCamera.h"
 #include "support/rtspserver/RtspServer.h"
@@ -7,6 +8,8 @@
 #include <QElapsedTimer>
 #include <QTemporaryDir>
 #include <QtTest>
+
+#include <thread>
 
 using namespace std::chrono_literals;
 using zolens::StreamCamera;
@@ -71,6 +74,7 @@ private slots:
     void leavesTheSinkAloneAfterStop();
     void playsAFileInRealTimeAndStartsOver_data();
     void playsAFileInRealTimeAndStartsOver();
+    void showsPicturesFromAWebCamera();
     void followsAChangeOfSize();
     void refusesAFileWithoutVideo();
     void leaksNothing();
@@ -347,6 +351,36 @@ void tst_StreamCamera::playsAFileInRealTimeAndStartsOver()
     QVERIFY2(timer.elapsed() > 1500, qPrintable(QString::number(timer.elapsed())));
     QVERIFY2(timer.elapsed() < 4000, qPrintable(QString::number(timer.elapsed())));
     QVERIFY(barPosition(sink.lastFrame()) >= 0);
+}
+
+void tst_StreamCamera::showsPicturesFromAWebCamera()
+{
+    const QString path = folder.filePath(QStringLiteral("pictures.mjpeg"));
+    TestVideo video;
+    video.encoder = "mjpeg";
+    QVERIFY(video.write(path));
+    QFile pictures(path);
+    QVERIFY(pictures.open(QIODevice::ReadOnly));
+    const QByteArray startOfImage("\xff\xd8", 2);
+    QByteArray body;
+    const QByteArray all = pictures.readAll();
+    for (int begin = 0; begin >= 0;) {
+        const int next = all.indexOf(startOfImage, begin + 2);
+        body += "--frame\r\nContent-Type: image/jpeg\r\n\r\n" +
+                all.mid(begin, next < 0 ? -1 : next - begin) + "\r\n";
+        begin = next;
+    }
+    WebPeer web;
+    web.add("/video", "multipart/x-mixed-replace; boundary=frame", body);
+
+    RecordingSink sink;
+    StreamCamera camera(web.url(QStringLiteral("/video")));
+    std::thread start([&] { camera.start(&sink); });
+    QTest::qWait(500);
+    start.join();
+    QTRY_VERIFY(sink.count() >= 20);
+    QCOMPARE(sink.lastFrame().size(), QSize(320, 240));
+    QCOMPARE(camera.previewFormat(), 19);
 }
 
 void tst_StreamCamera::followsAChangeOfSize()

@@ -25,7 +25,7 @@ constexpr milliseconds longestPause(8000);
 
 Duration fromSeconds(double seconds)
 {
-    return std::chrono::duration_cast<Duration>(std::chrono::duration<double>(seconds));
+    return std::chrono::round<Duration>(std::chrono::duration<double>(seconds));
 }
 
 Duration plausibleFrameTime(double seconds)
