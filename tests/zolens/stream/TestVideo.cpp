@@ -6,10 +6,6 @@
 
 #include <cstring>
 
-extern "C" {
-#include <libavutil/opt.h>
-}
-
 namespace {
 
 using zolens::AvPointer;
@@ -47,7 +43,6 @@ AvPointer<AVCodecContext> openEncoder(const TestVideo& video, bool globalHeader)
     encoder->time_base = {1, video.framesPerSecond};
     encoder->framerate = {video.framesPerSecond, 1};
     encoder->gop_size = 10;
-    av_opt_set(encoder->priv_data, "x265-params", "log-level=none", 0);
     encoder->thread_count = 1;
     if (globalHeader)
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
