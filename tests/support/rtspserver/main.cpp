@@ -1,5 +1,6 @@
 // A small RTSP server for tests, with made-up pictures: /h264 /h265 /mjpeg (640 x 480) and /hd
-// (1920 x 1080 H.264). Listens on 127.0.0.1, prints "PORT n" and "READY", and dies with its parent.
+// (1920 x 1080 H.264). Listens on 127.0.0.1,
+// prints "PORT n" and "READY", and dies with its parent.
 //
 //   rtspserver [--port N] [--user NAME --password TEXT [--digest]] [--udp-only]
 

@@ -81,7 +81,12 @@ void DamagingProxy::accept()
 {
     QTcpSocket* client = server.nextPendingConnection();
     auto* upstream = new QTcpSocket(client);
-    connect(client, &QTcpSocket::readyRead, upstream, [=] { upstream->write(client->readAll()); });
+    connect(client, &QTcpSocket::readyRead, upstream, [=] {
+        const QByteArray request = client->readAll();
+        if (request.startsWith("TEARDOWN"))
+            sawFarewell = true;
+        upstream->write(request);
+    });
     connect(client, &QTcpSocket::disconnected, client, &QObject::deleteLater);
     connect(upstream, &QTcpSocket::disconnected, client, &QTcpSocket::disconnectFromHost);
     passBack(upstream, client);

@@ -51,6 +51,8 @@ public:
 
     std::atomic<bool> damaging{false};
     std::atomic<int> damagedPackets{0};
+    /// Whether a client took its leave.
+    std::atomic<bool> sawFarewell{false};
 
 private:
     void accept();

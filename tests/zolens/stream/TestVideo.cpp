@@ -42,7 +42,7 @@ AvPointer<AVCodecContext> openEncoder(const TestVideo& video, bool globalHeader)
     encoder->pix_fmt = video.encoder == "mjpeg" ? AV_PIX_FMT_YUVJ420P : AV_PIX_FMT_YUV420P;
     encoder->time_base = {1, video.framesPerSecond};
     encoder->framerate = {video.framesPerSecond, 1};
-    encoder->gop_size = 10;
+    encoder->gop_size = video.keyFrameDistance;
     encoder->thread_count = 1;
     if (globalHeader)
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;

@@ -12,6 +12,7 @@ struct TestVideo
     QSize size = QSize(320, 240);
     int frames = 25;
     int framesPerSecond = 25;
+    int keyFrameDistance = 10;
 
     /// The container follows the name's suffix.
     bool write(const QString& path) const;

@@ -29,6 +29,13 @@ int closedPort()
     return server.serverPort();
 }
 
+quint16 freeUdpPort()
+{
+    QUdpSocket probe;
+    probe.bind(QHostAddress::LocalHost);
+    return probe.localPort();
+}
+
 /// Starts on a thread of its own, so that the caller can do something meanwhile.
 class BackgroundStart final
 {
@@ -79,6 +86,8 @@ private slots:
     void comesBackAfterTheServerWasKilled();
     void survivesDamagedPackets_data();
     void survivesDamagedPackets();
+    void takesLeaveOfTheServer();
+    void startsBeforeTheFirstKeyFrame();
     void survivesADamagedFile();
     void survivesRubbishOverUdp();
     void keepsAPlaylistAwayFromLocalFiles();
@@ -271,6 +280,57 @@ void tst_StreamFailures::survivesDamagedPackets()
     camera.stop();
 }
 
+void tst_StreamFailures::takesLeaveOfTheServer()
+{
+    DamagingProxy proxy(server.port());
+    RecordingSink sink;
+    StreamCamera camera(QStringLiteral("rtsp://127.0.0.1:") + QString::number(proxy.port()) +
+                        QStringLiteral("/h264"));
+    BackgroundStart start(&camera, &sink);
+    QTRY_VERIFY(sink.count() > 0);
+    QVERIFY(start.join());
+    QVERIFY(!proxy.sawFarewell);
+    camera.stop();
+    QTRY_VERIFY(proxy.sawFarewell);
+}
+
+void tst_StreamFailures::startsBeforeTheFirstKeyFrame()
+{
+    const QString path = folder.filePath(QStringLiteral("rarekeys.ts"));
+    TestVideo video;
+    video.frames = 300;
+    video.keyFrameDistance = 150;
+    QVERIFY(video.write(path));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray data = file.readAll();
+    constexpr int packetSize = 188;
+    const int packets = data.size() / packetSize;
+
+    const quint16 port = freeUdpPort();
+    RecordingSink sink;
+    StreamCamera camera(QStringLiteral("udp://127.0.0.1:") + QString::number(port));
+    QElapsedTimer timer;
+    timer.start();
+    BackgroundStart start(&camera, &sink);
+    // From the first second of the twelve on; the next key frame comes in the sixth.
+    QUdpSocket sender;
+    int framesAtStart = -1;
+    for (int i = packets / 12; i < packets; ++i) {
+        while (timer.elapsed() < 12000LL * i / packets - 1000)
+            QTest::qWait(5);
+        sender.writeDatagram(data.constData() + i * packetSize, packetSize,
+                             QHostAddress(QHostAddress::LocalHost), port);
+        if (start.isOver() && framesAtStart < 0) {
+            framesAtStart = sink.count();
+            QVERIFY(timer.elapsed() < startLimit);
+        }
+    }
+    QVERIFY(start.join());
+    QCOMPARE(framesAtStart, 0);
+    QVERIFY(sink.count() > 50);
+}
+
 void tst_StreamFailures::survivesADamagedFile()
 {
     const QString path = folder.filePath(QStringLiteral("damaged.ts"));
@@ -304,10 +364,7 @@ void tst_StreamFailures::survivesRubbishOverUdp()
     QFile file(path);
     QVERIFY(file.open(QIODevice::ReadOnly));
 
-    QUdpSocket probe;
-    QVERIFY(probe.bind(QHostAddress::LocalHost));
-    const quint16 port = probe.localPort();
-    probe.close();
+    const quint16 port = freeUdpPort();
     RecordingSink sink;
     StreamCamera camera(QStringLiteral("udp://127.0.0.1:") + QString::number(port));
     BackgroundStart start(&camera, &sink);

@@ -69,7 +69,7 @@ const AVPacket* StreamPlayback::nextPacket()
 {
     session.interrupt.setDeadline(watchdog.deadline());
     const AVPacket* packet = demuxer.read();
-    if (!packet && demuxer.needsPacing() && startOver())
+    if (!packet && demuxer.needsPacing() && !session.interrupt.isExpired() && startOver())
         packet = demuxer.read();
     if (!packet)
         return nullptr;
@@ -91,10 +91,10 @@ bool StreamPlayback::startOver()
 
 void StreamPlayback::show(const AVPacket& packet)
 {
-    reserved.reset();
     if (decoder.isIntraOnly() && (!waitUntilDue(packet.pts) || !reserve()))
         return;
     decoder.decode(packet, [this](const AVFrame& frame) { present(frame); });
+    reserved.reset();
 }
 
 /// Asks for a buffer before decoding. False when nobody wants the frame.
@@ -104,7 +104,10 @@ bool StreamPlayback::reserve()
     if (size.isEmpty())
         return true;
     reserved = session.sink.acquireFrame(size);
-    return !reserved->isNull() || session.still.isPending();
+    if (!reserved->isNull() || session.still.isPending())
+        return true;
+    reserved.reset();
+    return false;
 }
 
 void StreamPlayback::present(const AVFrame& frame)
