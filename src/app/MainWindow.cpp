@@ -36,6 +36,9 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <iterator>
+
 namespace {
 
 constexpr int resizeBorder = 4;
@@ -125,7 +128,6 @@ void MainWindow::layOut()
     layout->addWidget(mainSplitter, 1);
     setCentralWidget(central);
     setStatusBar(new QStatusBar);
-    QMetaObject::connectSlotsByName(this);
 
     setResizeableAreaWidth(resizeBorder);
     setTitleBar(titleBar);
@@ -187,7 +189,7 @@ void MainWindow::makeZoomActions()
     std::transform(std::begin(texts), std::end(texts), std::begin(zoomActions),
                    [this](const QString& text) { return new QAction(text, this); });
     for (const QAction* action : zoomActions)
-        connect(action, &QAction::triggered, this, qOverload<>(&MainWindow::zoom));
+        connect(action, &QAction::triggered, this, &MainWindow::zoom);
 }
 
 void MainWindow::connectSidebar()

@@ -35,6 +35,7 @@ SelectDeviceDialog::SelectDeviceDialog(const QList<QPair<int, int>>& openedDevic
 {
     ui->setupUi(this);
     ui->lineEditRtspUrl->setText(QSettings().value(Keys::rtspUrl()).toString());
+    scanTimer.setObjectName(QStringLiteral("scanTimer"));
     ui->tabWidget->setCurrentIndex(0);
     refreshUSBDevices();
     connect(&scanTimer, &QTimer::timeout, this, &SelectDeviceDialog::refreshTarnlinkDevices);

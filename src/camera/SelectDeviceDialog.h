@@ -55,5 +55,5 @@ private:
 
     std::unique_ptr<Ui::SelectDeviceDialog> ui;
     QList<QPair<int, int>> opened;
-    QTimer scanTimer;
+    QTimer scanTimer{this};
 };

@@ -45,6 +45,10 @@ void PanelCamVideoSource::updateControls()
         showName(tr("Open Video Source..."), QString());
     }
     setButtonVisible(camera);
+    if (isVisible()) {
+        layout()->activate();
+        fitName();
+    }
 }
 
 void PanelCamVideoSource::pause(bool) {}
@@ -88,8 +92,6 @@ void PanelCamVideoSource::showName(const QString& text, const QString& toolTip)
     ui->labelVideoSourceName->setText(name);
     ui->labelVideoSourceName->setToolTip(toolTip);
     ui->labelVideoSourceName->setAccessibleName(name);
-    if (ui->labelVideoSourceName->isVisible())
-        fitName();
 }
 
 void PanelCamVideoSource::fitName()

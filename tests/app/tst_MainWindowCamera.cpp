@@ -1,0 +1,406 @@
+#include "app/MainWindow.h"
+
+#include "app/Application.h"
+#include "app/ModalDialog.h"
+#include "camera/SelectDeviceDialog.h"
+#include "canvas/GraphicsScene.h"
+#include "canvas/GraphicsView.h"
+
+#include <zolens/MyCamera.h>
+#include <zowidgets/ZoLinkLabel.h>
+
+#include <QAction>
+#include <QImageReader>
+#include <QLabel>
+#include <QListWidget>
+#include <QSettings>
+#include <QStandardPaths>
+#include <QTabWidget>
+#include <QTcpServer>
+#include <QToolButton>
+#include <QtTest>
+
+namespace {
+
+constexpr int simulated = 3;
+constexpr int frameTime = 5000;
+const QString popup = QStringLiteral("preferences/capture/popup");
+const QString filePath = QStringLiteral("preferences/capture/filepath");
+const QString fileFormat = QStringLiteral("preferences/capture/fileformat");
+const QString disableStill = QStringLiteral("cwwidgets/disablestill");
+
+} // namespace
+
+/// The flows of the one camera, with the simulated microscope.
+class tst_MainWindowCamera : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { setApplicationNames(); }
+
+    void init()
+    {
+        QSettings().clear();
+        QSettings().setValue(QStringLiteral("gui/confirmExit"), false);
+        pictures = std::make_unique<QTemporaryDir>();
+        QSettings().setValue(filePath, QString(pictures->path() + QLatin1Char('/')));
+        window = std::make_unique<MainWindow>();
+        window->show();
+        QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    }
+
+    void cleanup() { window.reset(); }
+
+    void openingShowsFramesAndEnablesCapture()
+    {
+        QTest::ignoreMessage(QtDebugMsg, "MainWindow::openCamera end.");
+        open();
+        QVERIFY(action("Snap")->isEnabled());
+        QVERIFY(action("Record")->isEnabled());
+        QVERIFY(sourceName()->text() != QStringLiteral("Open Video Source..."));
+        QVERIFY(button("toolButtonPause")->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+    }
+
+    void thePlaceholderComesASecondAfterEveryOpenAndGoesWithTheNextFrame()
+    {
+        QSignalSpy sizes(view(), &GraphicsView::imageInfoChanged);
+        open();
+        QTRY_VERIFY_WITH_TIMEOUT(sizes.contains(QVariantList{1920, 1080}), 3000);
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+    }
+
+    void theFrameRateShowsWithinTwoSeconds()
+    {
+        open();
+        QTRY_VERIFY_WITH_TIMEOUT(fpsText().endsWith(QStringLiteral(" fps")), 3000);
+        QVERIFY(fpsText().split(QLatin1Char(' ')).first().toDouble() > 1.0);
+    }
+
+    void pausingHoldsThePictureAndResumingGoesOn()
+    {
+        open();
+        QTest::qWait(1200);
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+        QTest::mouseClick(button("toolButtonPause"), Qt::LeftButton);
+        QVERIFY(camera()->pause);
+        QTest::qWait(200);
+        QSignalSpy frames(camera(), &MyCamera::getImage);
+        QTest::qWait(300);
+        QCOMPARE(frames.count(), 0);
+        QTest::mouseClick(button("toolButtonPause"), Qt::LeftButton);
+        QVERIFY(!camera()->pause);
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, frameTime);
+    }
+
+    void closingReturnsToThePlaceholder()
+    {
+        open();
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+        QTest::mouseClick(button("toolButtonClose"), Qt::LeftButton);
+        QVERIFY(!camera());
+        QVERIFY(!action("Snap")->isEnabled());
+        QVERIFY(!action("Record")->isEnabled());
+        QCOMPARE(sourceName()->text(), QStringLiteral("Open Video Source..."));
+        QVERIFY(!button("toolButtonPause")->isVisible());
+        QVERIFY(!button("toolButtonClose")->isVisible());
+        QTRY_VERIFY_WITH_TIMEOUT(showsPlaceholder(), 3000);
+    }
+
+    void closingTwiceIsHarmless()
+    {
+        open();
+        call("closeCamera");
+        call("closeCamera");
+        QTRY_VERIFY_WITH_TIMEOUT(showsPlaceholder(), 3000);
+        QTest::qWait(200);
+        QVERIFY(showsPlaceholder());
+    }
+
+    void theOpenDeviceIsGreyInTheDialogOnceItIsRemembered()
+    {
+        open();
+        QCOMPARE(enabledRow(), false);
+        open();
+        QCOMPARE(enabledRow(), true);
+        call("closeCamera");
+        QCOMPARE(enabledRow(), true);
+    }
+
+    void theDialogOpensTheChosenCamera()
+    {
+        DialogAnswer<SelectDeviceDialog> answer([](SelectDeviceDialog* dialog) {
+            auto* list = dialog->findChild<QListWidget*>(QStringLiteral("listWidget"));
+            list->setCurrentRow(list->count() - 1);
+            QTest::mouseClick(
+                dialog->findChild<QPushButton*>(QStringLiteral("pushButtonOpenCamera")),
+                Qt::LeftButton);
+        });
+        QTest::mouseClick(sourceName(), Qt::LeftButton);
+        QVERIFY(answer.wasAsked());
+        QVERIFY(camera());
+        QVERIFY(action("Snap")->isEnabled());
+    }
+
+    void aDeviceThatDoesNotOpenIsReported()
+    {
+        open();
+        QString text;
+        DialogAnswer<QMessageBox> answer([&text](QMessageBox* box) {
+            text = box->text();
+            QCOMPARE(box->windowTitle(), QStringLiteral("Error"));
+            QCOMPARE(box->icon(), QMessageBox::Critical);
+            clickButton(box, QMessageBox::Ok);
+        });
+        QTest::ignoreMessage(QtDebugMsg, "MainWindow::openCamera end.");
+        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, 0), Q_ARG(int, 9999));
+        QVERIFY(answer.wasAsked());
+        QCOMPARE(text, QStringLiteral("Failed to open camera"));
+        QVERIFY(!camera());
+        QVERIFY(!action("Snap")->isEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(showsPlaceholder(), 3000);
+    }
+
+    void aStreamWithoutServerIsReported()
+    {
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        const QString url = QStringLiteral("rtsp://127.0.0.1:%1/live").arg(server.serverPort());
+        server.close();
+        DialogAnswer<QMessageBox> answer([](QMessageBox* box) {
+            QCOMPARE(box->text(), QStringLiteral("Failed to open camera"));
+            clickButton(box, QMessageBox::Ok);
+        });
+        QTest::ignoreMessage(QtDebugMsg, "MainWindow::openNetworkDevice end.");
+        QMetaObject::invokeMethod(window.get(), "openNetworkDevice", Q_ARG(int, 8),
+                                  Q_ARG(QString, url));
+        QVERIFY(answer.wasAsked());
+        QVERIFY(!camera());
+    }
+
+    void aPictureLandsInTheStoredFolderInTheStoredFormat_data()
+    {
+        QTest::addColumn<QString>("stored");
+        QTest::addColumn<QByteArray>("format");
+        QTest::newRow("jpg") << QStringLiteral("jpg") << QByteArray("jpeg");
+        QTest::newRow("png") << QStringLiteral("png") << QByteArray("png");
+        QTest::newRow("capitals") << QStringLiteral("PNG") << QByteArray("png");
+        QTest::newRow("bmp") << QStringLiteral("bmp") << QByteArray("bmp");
+    }
+
+    void aPictureLandsInTheStoredFolderInTheStoredFormat()
+    {
+        QFETCH(QString, stored);
+        QFETCH(QByteArray, format);
+        QSettings().setValue(fileFormat, stored);
+        open();
+        action("Snap")->trigger();
+        const QStringList files = saved();
+        QCOMPARE(files.size(), 1);
+        QVERIFY2(files[0].contains(
+                     QRegularExpression(QStringLiteral("^\\d{8}-\\d{6}-\\d{3}\\.%1$").arg(stored))),
+                 qPrintable(files[0]));
+        QImageReader reader(pictures->filePath(files[0]));
+        reader.setDecideFormatFromContent(true);
+        QCOMPARE(reader.format(), format);
+        QVERIFY(!reader.read().isNull());
+    }
+
+    void withNothingStoredAPictureGoesToTheDocuments()
+    {
+        QSettings().remove(filePath);
+        open();
+        action("Snap")->trigger();
+        const QDir images(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
+                          QStringLiteral("/Orvo Files/Images"));
+        QCOMPARE(images.entryList({QStringLiteral("*.jpg")}, QDir::Files).size(), 1);
+    }
+
+    void withoutStillCaptureThePictureIsTheVisibleCanvas()
+    {
+        QSettings().setValue(disableStill, true);
+        QSettings().setValue(fileFormat, QStringLiteral("png"));
+        open();
+        QTest::qWait(1200);
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+        action("100%")->trigger();
+        action("Snap")->trigger();
+        const QStringList files = saved();
+        QCOMPARE(files.size(), 1);
+        const QSize visible =
+            view()->mapToScene(view()->rect()).boundingRect().toAlignedRect().size();
+        const QSize size = QImage(pictures->filePath(files[0])).size();
+        QVERIFY(qAbs(size.width() - qMin(visible.width(), int(view()->sceneRect().width()))) <= 2);
+    }
+
+    void aChosenFileNameIsUsed()
+    {
+        QSettings().setValue(popup, true);
+        open();
+        const QString path = pictures->filePath(QStringLiteral("deeper/mine.png"));
+        DialogAnswer<QFileDialog> answer(
+            [&path](QFileDialog* dialog) { chooseFile(dialog, path); });
+        action("Snap")->trigger();
+        QVERIFY(answer.wasAsked());
+        QVERIFY(!QImage(path).isNull());
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+
+    void cancellingTheFileDialogWritesNothing()
+    {
+        QSettings().setValue(popup, true);
+        open();
+        DialogAnswer<QFileDialog> answer([](QFileDialog* dialog) { dialog->reject(); });
+        action("Snap")->trigger();
+        QVERIFY(answer.wasAsked());
+        QVERIFY(saved().isEmpty());
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+
+    void aPictureThatCannotBeWrittenSaysNothing()
+    {
+        QFile blocker(pictures->filePath(QStringLiteral("file")));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        QSettings().setValue(filePath, QString(blocker.fileName() + QStringLiteral("/below/")));
+        open();
+        DialogAnswer<QMessageBox> answer(
+            [](QMessageBox* box) { clickButton(box, QMessageBox::Ok); });
+        action("Snap")->trigger();
+        QTest::qWait(50);
+        QVERIFY(!answer.wasAsked());
+        QCOMPARE(saved(), QStringList(QStringLiteral("file")));
+        QSignalSpy frames(camera(), &MyCamera::getImage);
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count() > 0, frameTime);
+    }
+
+    void withoutCameraNothingIsTaken()
+    {
+        call("snap");
+        QVERIFY(saved().isEmpty());
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+
+    void recordingWritesAVideoAndBlocksPictures()
+    {
+        open();
+        action("Record")->trigger();
+        QVERIFY(action("Record")->isChecked());
+        QVERIFY(!action("Snap")->isEnabled());
+        QVERIFY(recordIndicator());
+        QTest::qWait(300);
+        action("Record")->trigger();
+        QVERIFY(action("Snap")->isEnabled());
+        QVERIFY(!recordIndicator());
+        const QStringList files = saved();
+        QCOMPARE(files.size(), 1);
+        QVERIFY(files[0].endsWith(QStringLiteral(".mp4")));
+    }
+
+    void aRecordingThatFailsIsReportedAndStaysChecked()
+    {
+        QSettings().setValue(popup, true);
+        open();
+        QString text;
+        DialogAnswer<QFileDialog> cancel([&text](QFileDialog* dialog) { dialog->reject(); });
+        DialogAnswer<QMessageBox> answer([&text](QMessageBox* box) {
+            text = box->text();
+            QCOMPARE(box->windowTitle(), QStringLiteral("Error"));
+            QCOMPARE(box->icon(), QMessageBox::Information);
+            clickButton(box, QMessageBox::Ok);
+        });
+        action("Record")->trigger();
+        QVERIFY(cancel.wasAsked());
+        QVERIFY(answer.wasAsked());
+        QCOMPARE(text, QStringLiteral("Failed to start recording."));
+        QVERIFY(action("Record")->isChecked());
+        QVERIFY(action("Record")->isEnabled());
+        QVERIFY(!action("Snap")->isEnabled());
+        QVERIFY(recordIndicator());
+        action("Record")->trigger();
+        QVERIFY(action("Snap")->isEnabled());
+    }
+
+    void closingWhileRecordingLeavesTheActionChecked()
+    {
+        open();
+        action("Record")->trigger();
+        call("closeCamera");
+        QVERIFY(action("Record")->isChecked());
+        QVERIFY(!action("Record")->isEnabled());
+        QVERIFY(recordIndicator());
+    }
+
+    void closingTheWindowClosesTheCamera()
+    {
+        open();
+        window->close();
+        QVERIFY(!camera());
+    }
+
+private:
+    void open()
+    {
+        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, simulated),
+                                  Q_ARG(int, 0));
+        QVERIFY(camera());
+    }
+    void call(const char* slot) { QVERIFY(QMetaObject::invokeMethod(window.get(), slot)); }
+    MyCamera* camera() const { return window->findChild<MyCamera*>(); }
+    GraphicsView* view() const { return window->findChild<GraphicsView*>(); }
+    ZoLinkLabel* sourceName() const { return window->findChild<ZoLinkLabel*>(); }
+    QToolButton* button(const char* name) const
+    {
+        return window->findChild<QToolButton*>(QString::fromLatin1(name));
+    }
+    QAction* action(const char* text) const
+    {
+        for (QAction* candidate : window->findChildren<QAction*>()) {
+            if (candidate->text() == QLatin1String(text))
+                return candidate;
+        }
+        return nullptr;
+    }
+    QStringList saved() const { return QDir(pictures->path()).entryList(QDir::Files); }
+    bool showsPlaceholder() const
+    {
+        const QImage& image = view()->imageScene()->currentImage();
+        return image.size() == QSize(1920, 1080) &&
+               image.pixelColor(3, 3) == QColor(Qt::lightGray) &&
+               image.pixelColor(1916, 1076) == QColor(Qt::lightGray);
+    }
+    QString fpsText() const
+    {
+        for (const QLabel* label : window->findChildren<QLabel*>()) {
+            if (label->text().contains(QStringLiteral(" fps")))
+                return label->text();
+        }
+        return QString();
+    }
+    QLabel* recordIndicator() const
+    {
+        for (QLabel* label : window->findChildren<QLabel*>()) {
+            if (label->text().contains(QStringLiteral("record_indicator")))
+                return label;
+        }
+        return nullptr;
+    }
+    /// Whether the last camera of the dialog can be chosen.
+    bool enabledRow()
+    {
+        bool enabled = false;
+        DialogAnswer<SelectDeviceDialog> answer([&enabled](SelectDeviceDialog* dialog) {
+            auto* list = dialog->findChild<QListWidget*>(QStringLiteral("listWidget"));
+            enabled = list->item(list->count() - 1)->flags().testFlag(Qt::ItemIsEnabled);
+            dialog->reject();
+        });
+        QMetaObject::invokeMethod(window.get(), "openSelectDeviceDialog");
+        return enabled;
+    }
+
+    std::unique_ptr<MainWindow> window;
+    std::unique_ptr<QTemporaryDir> pictures;
+};
+
+QTEST_MAIN(tst_MainWindowCamera)
+#include "tst_MainWindowCamera.moc"

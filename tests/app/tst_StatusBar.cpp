@@ -1,0 +1,238 @@
+#include "app/StatusBar.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QPropertyAnimation>
+#include <QSignalSpy>
+#include <QSlider>
+#include <QStatusBar>
+#include <QToolButton>
+#include <QtTest>
+
+class tst_StatusBar : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        bar = std::make_unique<QStatusBar>();
+        fullscreen = new QAction(QStringLiteral("Fullscreen"), bar.get());
+        list = new QAction(QStringLiteral("List"), bar.get());
+        zoomIn = new QAction(QStringLiteral("Zoom In"), bar.get());
+        zoomOut = new QAction(QStringLiteral("Zoom Out"), bar.get());
+        status = new StatusBar(bar.get(), fullscreen, list);
+        status->setZoomActions(zoomIn, zoomOut);
+        status->setZoomText(1.0);
+        status->setFps(30.0);
+        bar->resize(1000, 30);
+        bar->show();
+        QVERIFY(QTest::qWaitForWindowExposed(bar.get()));
+    }
+
+    void cleanup() { bar.reset(); }
+
+    void itemsStandInTheirOrder()
+    {
+        const QList<QWidget*> items{
+            buttonOf(list),    buttonOf(fullscreen),  status->zoomTextButton(),
+            buttonOf(zoomOut), status->levelSlider(), buttonOf(zoomIn),
+            fpsLabel()};
+        for (int i = 1; i < items.size(); ++i)
+            QVERIFY2(items[i - 1]->x() < items[i]->x(), qPrintable(QString::number(i)));
+    }
+
+    void buttonsShowTheirActions()
+    {
+        QCOMPARE(buttonOf(list)->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+        QCOMPARE(buttonOf(list)->iconSize(), QSize(16, 16));
+        QCOMPARE(buttonOf(fullscreen)->toolButtonStyle(), Qt::ToolButtonTextBesideIcon);
+        QCOMPARE(buttonOf(zoomIn)->iconSize(), QSize(16, 16));
+        QSignalSpy triggered(zoomOut, &QAction::triggered);
+        QTest::mouseClick(buttonOf(zoomOut), Qt::LeftButton);
+        QCOMPARE(triggered.count(), 1);
+    }
+
+    void zoomReadsInPercentWithTwoDecimals_data()
+    {
+        QTest::addColumn<double>("scale");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("actual size") << 1.0 << QStringLiteral("100.00%");
+        QTest::newRow("half") << 0.5 << QStringLiteral("50.00%");
+        QTest::newRow("smallest") << 0.03125 << QStringLiteral("3.13%");
+        QTest::newRow("largest") << 32.0 << QStringLiteral("3200.00%");
+    }
+
+    void zoomReadsInPercentWithTwoDecimals()
+    {
+        QFETCH(double, scale);
+        QFETCH(QString, text);
+        status->setZoomText(scale);
+        QCOMPARE(status->zoomTextButton()->text(), text);
+    }
+
+    void theSliderCoversAllLevels()
+    {
+        QCOMPARE(status->levelSlider()->minimum(), 0);
+        QCOMPARE(status->levelSlider()->maximum(), 500);
+        QCOMPARE(status->levelSlider()->maximumWidth(), 120);
+    }
+
+    void aLevelFromTheViewMovesTheSliderSilently()
+    {
+        QSignalSpy changed(status->levelSlider(), &QSlider::valueChanged);
+        status->setZoomLevel(312);
+        QCOMPARE(status->levelSlider()->sliderPosition(), 312);
+        QCOMPARE(changed.count(), 0);
+        QVERIFY(status->levelSlider()->hasTracking());
+    }
+
+    void theUsersMoveReportsAtOnce()
+    {
+        QSignalSpy changed(status->levelSlider(), &QSlider::valueChanged);
+        QTest::keyClick(status->levelSlider(), Qt::Key_End);
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(changed[0][0].toInt(), 500);
+    }
+
+    void frameRateHasTwoDecimals()
+    {
+        status->setFps(29.967);
+        QCOMPARE(fpsLabel()->text(), QStringLiteral("29.97 fps"));
+    }
+
+    void changingTextsMoveNothing()
+    {
+        const QList<QWidget*> items{buttonOf(list), status->zoomTextButton(), status->levelSlider(),
+                                    fpsLabel()};
+        const auto places = [&items] {
+            QList<QRect> rects;
+            for (const QWidget* item : items)
+                rects << item->geometry();
+            return rects;
+        };
+        const QList<QRect> before = places();
+        status->setZoomText(0.03125);
+        status->setFps(9.5);
+        QTest::qWait(20);
+        QCOMPARE(places(), before);
+        status->setZoomText(32.0);
+        status->setFps(120.25);
+        QTest::qWait(20);
+        QCOMPARE(places(), before);
+        status->showRecordIndicator(true);
+        QTest::qWait(20);
+        QCOMPARE(places(), before);
+        status->showRecordIndicator(false);
+        QTest::qWait(20);
+        QCOMPARE(places(), before);
+    }
+
+    void recordingShowsABlinkingIndicatorAtTheRightEnd()
+    {
+        status->showRecordIndicator(true);
+        QTest::qWait(20);
+        QLabel* label = recordLabel();
+        QVERIFY(label);
+        QCOMPARE(label->textFormat(), Qt::RichText);
+        QCOMPARE(label->text(), QStringLiteral("<img src=\":/images/record_indicator.png\">"
+                                               " 00:00:00"));
+        QVERIFY(label->x() > fpsLabel()->x());
+        auto* blink = status->findChild<QPropertyAnimation*>();
+        QVERIFY(blink);
+        QCOMPARE(blink->state(), QAbstractAnimation::Running);
+        QCOMPARE(blink->duration(), 2000);
+        QCOMPARE(blink->startValue().toDouble(), 0.1);
+        QCOMPARE(blink->endValue().toDouble(), 1.0);
+        QCOMPARE(blink->loopCount(), -1);
+        QCOMPARE(blink->easingCurve().type(), QEasingCurve::InOutQuart);
+    }
+
+    void aSecondStartKeepsTheIndicator()
+    {
+        status->showRecordIndicator(true);
+        QLabel* label = recordLabel();
+        status->showRecordIndicator(true);
+        QCOMPARE(recordLabel(), label);
+        QCOMPARE(status->findChildren<QTimer*>().size(), 1);
+    }
+
+    void theRunningTimeTicksWithOneMoreBlank()
+    {
+        status->showRecordIndicator(true);
+        QTRY_VERIFY_WITH_TIMEOUT(recordLabel()->text().endsWith(QStringLiteral(">  00:00:01")),
+                                 2500);
+    }
+
+    void stoppingRemovesTheIndicatorAtOnceAndLeavesTheTimer()
+    {
+        status->showRecordIndicator(true);
+        status->showRecordIndicator(false);
+        QVERIFY(!recordLabel());
+        const auto timers = status->findChildren<QTimer*>();
+        QCOMPARE(timers.size(), 1);
+        QVERIFY(timers[0]->isActive());
+        QCOMPARE(timers[0]->interval(), 1000);
+        status->showRecordIndicator(true);
+        QCOMPARE(status->findChildren<QTimer*>().size(), 2);
+    }
+
+    void runningTimesAreHoursMinutesSeconds_data()
+    {
+        QTest::addColumn<qint64>("milliseconds");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("start") << qint64(999) << QStringLiteral("00:00:00");
+        QTest::newRow("a minute") << qint64(61000) << QStringLiteral("00:01:01");
+        QTest::newRow("an hour") << qint64(3600000) << QStringLiteral("01:00:00");
+        QTest::newRow("a long one") << qint64(100) * 3600000 + 59999 << QStringLiteral("100:00:59");
+    }
+
+    void runningTimesAreHoursMinutesSeconds()
+    {
+        QFETCH(qint64, milliseconds);
+        QFETCH(QString, text);
+        QCOMPARE(StatusBar::recordTimeText(milliseconds), text);
+    }
+
+    void messagesWithoutTimeoutStay()
+    {
+        status->showMessage(QStringLiteral("Ready"), 0);
+        QCOMPARE(bar->currentMessage(), QStringLiteral("Ready"));
+    }
+
+    void controlsWithoutTextHaveAccessibleNames()
+    {
+        QCOMPARE(status->zoomTextButton()->accessibleName(), QStringLiteral("Zoom"));
+        QVERIFY(!status->levelSlider()->accessibleName().isEmpty());
+    }
+
+private:
+    QToolButton* buttonOf(QAction* action) const
+    {
+        for (QToolButton* button : bar->findChildren<QToolButton*>()) {
+            if (button->defaultAction() == action)
+                return button;
+        }
+        return nullptr;
+    }
+    QLabel* labelWith(const QString& part) const
+    {
+        for (QLabel* label : bar->findChildren<QLabel*>()) {
+            if (label->text().contains(part))
+                return label;
+        }
+        return nullptr;
+    }
+    QLabel* fpsLabel() const { return labelWith(QStringLiteral(" fps")); }
+    QLabel* recordLabel() const { return labelWith(QStringLiteral("record_indicator")); }
+
+    std::unique_ptr<QStatusBar> bar;
+    StatusBar* status = nullptr;
+    QAction* fullscreen = nullptr;
+    QAction* list = nullptr;
+    QAction* zoomIn = nullptr;
+    QAction* zoomOut = nullptr;
+};
+
+QTEST_MAIN(tst_StatusBar)
+#include "tst_StatusBar.moc"
