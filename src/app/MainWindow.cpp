@@ -27,6 +27,7 @@
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QScreen>
 #include <QSettings>
 #include <QSlider>
 #include <QSplitter>
@@ -104,7 +105,7 @@ void MainWindow::layOut()
 {
     setWindowTitle(QStringLiteral("Orvo"));
     setWindowIcon(QIcon(QStringLiteral(":/oem/logo.ico")));
-    resize(startSize);
+    resize(startSize.boundedTo(screen()->availableSize()));
     auto* titleBar = makeTitleBar();
 
     rightSplitter = new QSplitter(Qt::Vertical);

@@ -97,5 +97,5 @@ void PanelCamVideoSource::showName(const QString& text, const QString& toolTip)
 void PanelCamVideoSource::fitName()
 {
     ZoLinkLabel* label = ui->labelVideoSourceName;
-    label->setText(label->fontMetrics().elidedText(name, Qt::ElideMiddle, label->width()));
+    label->setText(label->fontMetrics().elidedText(name, Qt::ElideRight, label->width()));
 }
