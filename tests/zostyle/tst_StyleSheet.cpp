@@ -1,7 +1,9 @@
 #include <Colours.h>
 #include <StyleSheet.h>
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -20,6 +22,7 @@ private slots:
     void isEmptyForAMissingFile();
     void theProgramsSheetIsResolved();
     void theProgramsSheetNamesColoursOnly();
+    void everyImageOfTheProgramsSheetIsThere();
 };
 
 void tst_StyleSheet::putsColoursInForNames()
@@ -77,6 +80,20 @@ void tst_StyleSheet::theProgramsSheetNamesColoursOnly()
         const bool inPalette =
             each.tone == zostyle::Tone::Shadow || each.tone == zostyle::Tone::Warning;
         QVERIFY2(inPalette || source.contains(use), each.name.data());
+    }
+}
+
+/// The images lie beside the sheet, in the sources as in the resources.
+void tst_StyleSheet::everyImageOfTheProgramsSheetIsThere()
+{
+    static const QRegularExpression url(QStringLiteral("url\\(([^)]*)\\)"));
+    const QDir directory = QFileInfo(QStringLiteral(STYLE_SHEET)).dir();
+    auto images = url.globalMatch(loadStyleSheet(QStringLiteral(STYLE_SHEET)));
+    QVERIFY(images.hasNext());
+    while (images.hasNext()) {
+        const QString path = images.next().captured(1);
+        QVERIFY2(path.startsWith(QLatin1String(":/res/style/")), qPrintable(path));
+        QVERIFY2(directory.exists(QFileInfo(path).fileName()), qPrintable(path));
     }
 }
 

@@ -1,5 +1,6 @@
 #include <zowidgets/ZoLinkLabel.h>
 
+#include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -24,6 +25,7 @@ private slots:
     void keepsTheRestOfItsFont();
     void disabledDoesNotAnswer();
     void isFoundByTab();
+    void isALinkForAssistiveTechnology();
 
 private:
     QWidget* window() const { return holder.get(); }
@@ -147,6 +149,27 @@ void tst_ZoLinkLabel::isFoundByTab()
     label->setFocus();
     QTest::keyClick(holder.get(), Qt::Key_Tab);
     QVERIFY(second->hasFocus());
+}
+
+void tst_ZoLinkLabel::isALinkForAssistiveTechnology()
+{
+    QAccessibleInterface* link = QAccessible::queryAccessibleInterface(label);
+    QVERIFY(link);
+    QCOMPARE(link->role(), QAccessible::Link);
+    QCOMPARE(link->text(QAccessible::Name), QStringLiteral("Choose a device"));
+    label->setAccessibleName(QStringLiteral("Device"));
+    QCOMPARE(link->text(QAccessible::Name), QStringLiteral("Device"));
+
+    QSignalSpy clicked(label, &ZoLinkLabel::clicked);
+    const QString press = QAccessibleActionInterface::pressAction();
+    QVERIFY(link->actionInterface()->actionNames().contains(press));
+    link->actionInterface()->doAction(press);
+    QCOMPARE(clicked.count(), 1);
+    link->actionInterface()->doAction(QAccessibleActionInterface::setFocusAction());
+    QVERIFY(label->hasFocus());
+    label->setEnabled(false);
+    link->actionInterface()->doAction(press);
+    QCOMPARE(clicked.count(), 1);
 }
 
 QTEST_MAIN(tst_ZoLinkLabel)

@@ -1,12 +1,18 @@
 #include "zowidgets/ZoLinkLabel.h"
 
+#include "LinkAccessible.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 
 ZoLinkLabel::ZoLinkLabel(QWidget* parent) : ZoLinkLabel(QString(), parent) {}
 
-ZoLinkLabel::ZoLinkLabel(const QString& text, QWidget* parent) : QLabel(text, parent)
+/// The text waits for this class's constructor: a base that announces it makes assistive technology
+/// take the link for a plain label.
+ZoLinkLabel::ZoLinkLabel(const QString& text, QWidget* parent) : QLabel(parent)
 {
+    zowidgets::LinkAccessible::install();
+    setText(text);
     setCursor(Qt::PointingHandCursor);
     setFocusPolicy(Qt::StrongFocus);
     setForegroundRole(QPalette::Link);
