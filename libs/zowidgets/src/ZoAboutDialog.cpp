@@ -35,6 +35,14 @@ QLabel* makeText(const QString& objectName)
     return label;
 }
 
+/// As many pixels as the screen has for it, where the icon has them.
+QPixmap sharpPixmap(const QIcon& icon, qreal pixelRatio)
+{
+    QPixmap pixmap = icon.pixmap(qRound(IconSize * pixelRatio));
+    pixmap.setDevicePixelRatio(qMax(1.0, qreal(pixmap.width()) / IconSize));
+    return pixmap;
+}
+
 void enlarge(QLabel* label)
 {
     QFont font = label->font();
@@ -87,7 +95,7 @@ void ZoAboutDialog::setInformation(const QString& name, const QString& version,
                                    const QString& copyright, const QString& note)
 {
     setWindowTitle(tr("About %1").arg(name));
-    iconLabel->setPixmap(icon.pixmap(IconSize));
+    iconLabel->setPixmap(sharpPixmap(icon, devicePixelRatioF()));
     iconLabel->setVisible(!icon.isNull());
     showText(nameLabel, name);
     showText(versionLabel, version.isEmpty() ? QString() : tr("Version %1").arg(version));
