@@ -39,8 +39,7 @@ void bareWidget(benchmark::State& state)
 {
     const QImage frames[] = {bench::frame(frameSize(state), 0), bench::frame(frameSize(state), 99)};
     BareWidget widget;
-    widget.show();
-    bench::settle();
+    bench::show(widget);
     int count = 0;
     for (auto _ : state) {
         widget.image = frames[++count % 2];
@@ -54,7 +53,7 @@ void canvas(benchmark::State& state)
     GraphicsView view;
     view.setFrameShape(QFrame::NoFrame);
     view.resize(viewport + QSize(15, 15));
-    view.show();
+    bench::show(view);
     view.setImage(frames[0]);
     bench::addLines(view, static_cast<int>(state.range(1)));
     bench::settle();

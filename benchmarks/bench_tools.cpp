@@ -17,7 +17,7 @@ public:
     Canvas()
     {
         view.resize(1615, 915);
-        view.show();
+        bench::show(view);
         view.setImage(bench::frame(QSize(1920, 1080), 0));
         view.setPrimitiveDragMode(PrimitiveManager::Select, -1);
         bench::settle();

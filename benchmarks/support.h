@@ -8,6 +8,9 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QWindow>
+
+#include <cmath>
 
 namespace bench {
 
@@ -49,6 +52,14 @@ inline QVector<PrimitiveGeneralTool*> addLines(GraphicsView& view, int count)
         tools << addLine(view, from, from + QPointF(0.5 * width, 0.5 * height));
     }
     return tools;
+}
+
+/// Shows a window and waits until it is on the screen.
+inline void show(QWidget& widget)
+{
+    widget.show();
+    while (!widget.windowHandle()->isExposed())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
 /// Lets everything that waits in the event loop happen, repaints included.

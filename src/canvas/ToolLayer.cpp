@@ -84,7 +84,7 @@ void ToolLayer::refresh()
 
 void ToolLayer::clearDirty(QPainter* painter)
 {
-    if (allDirty || view.scene()->items().isEmpty()) {
+    if (allDirty) {
         picture.fill(Qt::transparent);
         content = QRect();
         return;
