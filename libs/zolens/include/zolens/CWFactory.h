@@ -10,7 +10,9 @@ class CWUVCFilter;
 class CWFactory
 {
 public:
-    /// The USB cameras present now, after the filter, with the simulated microscope last.
+    /// The USB cameras present now, after the filter, with the simulated microscope last. Its
+    /// picture is 1920 micrometres wide at every size: a division of its stage micrometer, which is
+    /// 10 micrometres, is 10 pixels at a width of 1920 and 20 at 3840.
     static std::vector<_tag_VideoDeviceInfo> videoDeviceList();
 
     /// The network boxes found so far by the scan.

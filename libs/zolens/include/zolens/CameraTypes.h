@@ -3,7 +3,9 @@
 #include <cstdint>
 #include <string>
 
-/// Camera properties. Every value passes as a double.
+/// Camera properties. Every value passes as a double, in these units: exposure time in
+/// microseconds, gain in hundredths (100 leaves the signal as it is), colour temperature in kelvin,
+/// exposure target as the mean of a picture of 0 to 255. Others are numbers of the device.
 enum tagCMProperty {
     CMProperty_Brightness = 0,
     CMProperty_Contrast = 1,

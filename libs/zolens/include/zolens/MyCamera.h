@@ -36,14 +36,16 @@ public:
 
     /// Takes a still picture; null on failure. Blocks until it has one.
     QImage snap();
-    /// Starts writing an MP4 file. False on failure, also for an empty path.
+    /// Starts writing an MP4 file. False on failure, also for an empty path. Always false in a
+    /// library built without a recorder, as this one is.
     bool startRecording(const QString& path);
+    /// Harmless when nothing is recorded.
     void stopRecording();
     /// Frames per second, over about the last second; 0 while none come.
     float frameRate() const;
     const _tag_VideoDeviceInfo& deviceInfo() const;
-    /// The property's value as text for a label, with its unit. With `flag` the text has the value
-    /// that is in force in the automatic mode, as it is read from the device at this moment.
+    /// The property's value as text for a label, with its unit; empty when it has none. The value
+    /// is the one in force at this moment, in automatic modes too, whatever the flag.
     QString getFormatedProperty(tagCMProperty id, bool flag);
 
     /// The open device, null while none is open.

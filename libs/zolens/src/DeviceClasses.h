@@ -1,0 +1,22 @@
+#pragma once
+
+#include "zolens/CWCamera.h"
+
+#include <QString>
+
+#include <memory>
+#include <vector>
+
+/// The one place that knows which classes of devices there are.
+namespace zolens {
+
+/// The device of that class and number, not started yet; null for a class or number that is none.
+std::unique_ptr<CWCamera> createCamera(int type, int index, bool tryStillCapture);
+
+/// The device at that address; null for a class that is not reached by one.
+std::unique_ptr<CWCamera> createNetworkCamera(int type, const QString& url);
+
+/// The devices that createCamera can make at this moment.
+std::vector<_tag_VideoDeviceInfo> presentCameras();
+
+} // namespace zolens
