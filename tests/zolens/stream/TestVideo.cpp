@@ -6,6 +6,10 @@
 
 #include <cstring>
 
+extern "C" {
+#include <libavutil/opt.h>
+}
+
 namespace {
 
 using zolens::AvPointer;
@@ -44,6 +48,8 @@ AvPointer<AVCodecContext> openEncoder(const TestVideo& video, bool globalHeader)
     encoder->framerate = {video.framesPerSecond, 1};
     encoder->gop_size = video.keyFrameDistance;
     encoder->thread_count = 1;
+    // Key frames at their distance only.
+    av_opt_set_int(encoder->priv_data, "sc_threshold", 0, 0);
     if (globalHeader)
         encoder->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
     return avcodec_open2(encoder.get(), codec, nullptr) < 0 ? nullptr : std::move(encoder);
@@ -107,7 +113,7 @@ bool TestVideo::write(const QString& path) const
         if (!picture || av_frame_make_writable(picture.get()) < 0)
             return false;
         draw(picture.get(), i);
-        picture->pts = i;
+        picture->pts = i < frames / 2 ? i : i + pauseSeconds * framesPerSecond;
         if (avcodec_send_frame(codec.get(), picture.get()) < 0 ||
             !writePackets(output.get(), codec.get()))
             return false;

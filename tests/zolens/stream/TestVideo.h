@@ -13,6 +13,7 @@ struct TestVideo
     int frames = 25;
     int framesPerSecond = 25;
     int keyFrameDistance = 10;
+    int pauseSeconds = 0; ///< Before the second half.
 
     /// The container follows the name's suffix.
     bool write(const QString& path) const;

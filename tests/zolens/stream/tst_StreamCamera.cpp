@@ -74,6 +74,8 @@ private slots:
     void leavesTheSinkAloneAfterStop();
     void playsAFileInRealTimeAndStartsOver_data();
     void playsAFileInRealTimeAndStartsOver();
+    void playsOnAfterAPauseInAFile();
+    void playsAFileOnWhileNoBufferIsFree();
     void showsPicturesFromAWebCamera();
     void followsAChangeOfSize();
     void refusesAFileWithoutVideo();
@@ -351,6 +353,37 @@ void tst_StreamCamera::playsAFileInRealTimeAndStartsOver()
     QVERIFY2(timer.elapsed() > 1500, qPrintable(QString::number(timer.elapsed())));
     QVERIFY2(timer.elapsed() < 4000, qPrintable(QString::number(timer.elapsed())));
     QVERIFY(barPosition(sink.lastFrame()) >= 0);
+}
+
+void tst_StreamCamera::playsOnAfterAPauseInAFile()
+{
+    const QString path = folder.filePath(QStringLiteral("pause.mkv"));
+    TestVideo video;
+    video.encoder = "mjpeg";
+    video.frames = 10;
+    video.pauseSeconds = 3;
+    QVERIFY(video.write(path));
+    RecordingSink sink;
+    StreamCamera camera(path);
+    QVERIFY(camera.start(&sink));
+    QTRY_VERIFY_WITH_TIMEOUT(barPosition(sink.lastFrame()) > 100, 6000);
+    QVERIFY(sink.count() <= 10);
+}
+
+void tst_StreamCamera::playsAFileOnWhileNoBufferIsFree()
+{
+    const QString path = folder.filePath(QStringLiteral("refused.avi"));
+    TestVideo video;
+    video.encoder = "mjpeg";
+    video.frames = 5;
+    QVERIFY(video.write(path));
+    RecordingSink sink;
+    sink.refusing = true;
+    StreamCamera camera(path);
+    QVERIFY(camera.start(&sink));
+    // Several rounds, without the pauses of a source that is lost.
+    QTRY_VERIFY_WITH_TIMEOUT(sink.asked > 40, 3000);
+    QCOMPARE(sink.count(), 0);
 }
 
 void tst_StreamCamera::showsPicturesFromAWebCamera()

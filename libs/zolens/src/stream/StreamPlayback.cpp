@@ -67,9 +67,10 @@ void StreamPlayback::run()
 
 const AVPacket* StreamPlayback::nextPacket()
 {
-    session.interrupt.setDeadline(watchdog.deadline());
+    const bool paced = demuxer.needsPacing();
+    session.interrupt.setDeadline(paced ? StreamClock::now() + openingTime : watchdog.deadline());
     const AVPacket* packet = demuxer.read();
-    if (!packet && demuxer.needsPacing() && !session.interrupt.isExpired() && startOver())
+    if (!packet && paced && !session.interrupt.isExpired() && startOver())
         packet = demuxer.read();
     if (!packet)
         return nullptr;
@@ -107,6 +108,8 @@ bool StreamPlayback::reserve()
     if (!reserved->isNull() || session.still.isPending())
         return true;
     reserved.reset();
+    gaveFrames = true;
+    session.opened.settle(true);
     return false;
 }
 
