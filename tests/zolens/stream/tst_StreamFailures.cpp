@@ -32,7 +32,7 @@ int closedPort()
 quint16 freeUdpPort()
 {
     QUdpSocket probe;
-    probe.bind(QHostAddress::LocalHost);
+    probe.bind(QHostAddress(QHostAddress::LocalHost));
     return probe.localPort();
 }
 
