@@ -4,6 +4,7 @@
 #include "app/forms/FormSidebar.h"
 #include "calibration/PrimitiveCalibrationModel.h"
 #include "calibration/PrimitiveUnit.h"
+#include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
 #include "measure/PrimitiveActionManager.h"
 #include "measure/PrimitiveManager.h"
@@ -279,7 +280,7 @@ private slots:
     {
         page->setView(view.get());
         QGraphicsItem* tool = manager()->addTool(
-            PrimitiveManager::createTool(0x10065, manager(), nullptr, QPointF(10, 10)));
+            PrimitiveManager::createTool(0x10065, manager(), view->imageScene(), QPointF(10, 10)));
         QVERIFY(button("toolButtonSaveHash")->isEnabled());
         tool->setSelected(false);
         QVERIFY(!button("toolButtonSaveHash")->isEnabled());
