@@ -1,10 +1,9 @@
 #include "app/Application.h"
+
 #include "app/MainWindow.h"
 
 #include <QApplication>
-#include <QFont>
 #include <QIcon>
-#include <QPointer>
 #include <QSettings>
 #include <QTimer>
 #include <QtTest>
@@ -16,13 +15,14 @@ struct Observation
 {
     bool painted = false;
     bool maximized = false;
+    bool dark = false;
     QString title;
     QString iconTheme;
     int fontSize = 0;
 };
 Observation seen;
 
-/// Waits for the first paint of the main window, notes what there is, and closes the window.
+/// Waits for the first paint of the main window, notes what there is, and ends the program.
 class Observer final : public QObject
 {
 public:
@@ -41,6 +41,7 @@ private:
     {
         seen.painted = true;
         seen.maximized = window->isMaximized();
+        seen.dark = window->palette().color(QPalette::Window).lightness() < 64;
         seen.title = window->windowTitle();
         seen.iconTheme = QIcon::themeName();
         seen.fontSize = QApplication::font().pointSize();
@@ -53,34 +54,53 @@ void observe()
     qApp->installEventFilter(new Observer(qApp));
 }
 
+/// Runs the program as a whole; it makes the application object itself.
+int run()
+{
+    seen = Observation();
+    char name[] = "orvo";
+    char* arguments[] = {name, nullptr};
+    int count = 1;
+    return runOrvo(count, arguments);
+}
+
 } // namespace
 
-/// Runs the program as a whole; the application object is made by it.
 class tst_Start : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        qAddPreRoutine(observe);
-        QSettings store(QStringLiteral("Orvo"), QStringLiteral("Orvo"));
-        store.setValue(QStringLiteral("gui/maximizeWhenLanuch"), true);
-        store.setValue(QStringLiteral("gui/confirmExit"), false);
-    }
+    void initTestCase() { qAddPreRoutine(observe); }
 
-    void aStoredMaximizeShowsFromTheFirstPaintAndClosingEndsTheProgram()
+    void aFirstStartIsDarkAndNotMaximized()
     {
-        char name[] = "orvo";
-        char* arguments[] = {name, nullptr};
-        int count = 1;
-        QCOMPARE(runOrvo(count, arguments), 0);
+        store().setValue(QStringLiteral("gui/confirmExit"), false);
+        QCOMPARE(run(), 0);
         QVERIFY(seen.painted);
-        QVERIFY(seen.maximized);
+        QVERIFY(!seen.maximized);
+        QVERIFY(seen.dark);
         QCOMPARE(seen.title, QStringLiteral("Orvo"));
         QCOMPARE(seen.iconTheme, QStringLiteral("light-blue"));
         QCOMPARE(seen.fontSize, 9);
         QVERIFY(!QCoreApplication::instance());
+    }
+
+    void aStoredMaximizeShowsFromTheFirstPaint()
+    {
+        store().setValue(QStringLiteral("gui/maximizeWhenLanuch"), true);
+        QCOMPARE(run(), 0);
+        QVERIFY(seen.painted);
+        QVERIFY(seen.maximized);
+        QVERIFY(store().value(QStringLiteral("gui/maximizeWhenLanuch")).toBool());
+    }
+
+private:
+    /// The program's store, also while there is no application.
+    static QSettings& store()
+    {
+        static QSettings settings(QStringLiteral("Orvo"), QStringLiteral("Orvo"));
+        return settings;
     }
 };
 
