@@ -1,10 +1,13 @@
 #include "app/MainWindow.h"
 
 #include "app/BuildInfo.h"
+#include "app/ExitQuestion.h"
 #include "app/Keys.h"
 #include "app/MainActions.h"
+#include "app/Placeholder.h"
 #include "app/StatusBar.h"
 #include "app/StoragePath.h"
+#include "app/StoredShortcut.h"
 #include "app/TitleBar.h"
 #include "app/forms/FormMeasure.h"
 #include "app/forms/FormSidebar.h"
@@ -20,12 +23,10 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QCheckBox>
 #include <QCloseEvent>
 #include <QDesktopServices>
 #include <QMenu>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QSettings>
@@ -58,25 +59,6 @@ public:
     Q_DISABLE_COPY(WaitCursor)
 };
 
-QImage placeholder(const QString& text)
-{
-    QImage image(1920, 1080, QImage::Format_RGB32);
-    image.fill(Qt::lightGray);
-    QPainter painter(&image);
-    painter.setPen(Qt::darkGray);
-    painter.setFont(QFont(QStringLiteral("Times"), 100, QFont::Bold));
-    painter.drawText(image.rect(), Qt::AlignCenter, text);
-    return image;
-}
-
-QKeySequence storedShortcut(const QString& key, const QString& defaultText)
-{
-    const QVariant value = QSettings().value(key, defaultText);
-    if (value.userType() == QMetaType::QKeySequence)
-        return value.value<QKeySequence>();
-    return QKeySequence::fromString(value.toString(), QKeySequence::PortableText);
-}
-
 bool capturePopup()
 {
     return QSettings().value(Keys::capturePopup(), Keys::capturePopupDefault).toBool();
@@ -99,7 +81,12 @@ MainWindow::MainWindow(QWidget* parent) : ZoFramelessWindow(parent)
     preferencesApplied();
 }
 
-MainWindow::~MainWindow() = default;
+// The canvas goes after the side bar, and its tools report to the end.
+MainWindow::~MainWindow()
+{
+    outputbar->setManager(nullptr);
+    view->manager()->setAttributesWidget(nullptr);
+}
 
 void MainWindow::layOut()
 {
@@ -321,10 +308,13 @@ void MainWindow::matrixIndicationClicked()
 
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    if (!confirmExit()) {
+    if (!confirmExit(this)) {
         event->ignore();
         return;
     }
+    // A canvas in full screen is a window of its own, which would keep the program running.
+    if (view->isInFullScreen())
+        view->fullScreen();
     closeCamera();
 }
 
@@ -437,7 +427,7 @@ void MainWindow::applyShortcuts()
         storedShortcut(Keys::shortcutsZoomOut(), Keys::shortcutsZoomOutDefault()));
 }
 
-/// The frames are connected before the device opens, so that none is lost.
+// The frames are connected before the device opens, so that none is lost.
 void MainWindow::createCamera()
 {
     camera = new MyCamera(this);
@@ -463,7 +453,7 @@ bool MainWindow::hasOpenDevice() const
     return camera && camera->camera;
 }
 
-/// The camera's still picture where it takes one, else the visible part of the canvas with tools.
+// The camera's still picture where it takes one, else the visible part of the canvas with tools.
 QImage MainWindow::takePicture()
 {
     const bool disableStill = QSettings().value(Keys::disableStill(), false).toBool();
@@ -472,23 +462,7 @@ QImage MainWindow::takePicture()
     return camera->snap();
 }
 
-bool MainWindow::confirmExit()
-{
-    QSettings settings;
-    if (!settings.value(Keys::confirmExit(), Keys::confirmExitDefault).toBool())
-        return true;
-    const QString name = QCoreApplication::applicationName();
-    auto* remember = new QCheckBox(tr("Do not show this dialog again."));
-    QMessageBox question(QMessageBox::Question, name, tr("Do you want to exit %1 ?").arg(name),
-                         QMessageBox::Ok | QMessageBox::Cancel, this);
-    question.setCheckBox(remember);
-    if (question.exec() != QMessageBox::Ok)
-        return false;
-    settings.setValue(Keys::confirmExit(), !remember->isChecked());
-    return true;
-}
-
 void MainWindow::showPlaceholder()
 {
-    view->setImage(placeholder(tr("No Image")));
+    view->setImage(placeholderImage());
 }

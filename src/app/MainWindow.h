@@ -73,7 +73,6 @@ private:
     void cameraFailed();
     bool hasOpenDevice() const;
     QImage takePicture();
-    bool confirmExit();
     void showPlaceholder();
 
     QAction* actionSnap = nullptr;

@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QCheckBox>
 #include <QDesktopServices>
+#include <QGraphicsItem>
 #include <QLabel>
 #include <QMenu>
 #include <QSettings>
@@ -335,6 +336,25 @@ private slots:
         window->close();
         QVERIFY(!window->isVisible());
         QCOMPARE(QSettings().value(confirmExit).toBool(), false);
+    }
+
+    void closingInFullScreenLeavesNoWindowBehind()
+    {
+        show();
+        const GraphicsView* canvas = view();
+        action("Fullscreen")->trigger();
+        QVERIFY(canvas->isInFullScreen());
+        window->close();
+        for (const QWidget* each : QApplication::topLevelWidgets())
+            QVERIFY2(!each->isVisible(), each->metaObject()->className());
+    }
+
+    void aWindowWithASelectedToolGoesCleanly()
+    {
+        QGraphicsItem* tool = view()->manager()->addTool(PrimitiveManager::createTool(
+            65637, view()->manager(), view()->imageScene(), QPointF(10, 10)));
+        QVERIFY(tool->isSelected());
+        window.reset();
     }
 
     void framesOfTheWindowsOwnSignalReachTheView()

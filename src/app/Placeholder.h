@@ -1,0 +1,6 @@
+#pragma once
+
+#include <QImage>
+
+/// The picture that stands on the canvas while no camera is open.
+QImage placeholderImage();
