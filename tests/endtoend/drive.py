@@ -1,0 +1,410 @@
+"""Drives the built program on the present X display with real mouse and keyboard events, from the
+start to the saved picture, and checks what a person would see. Each step leaves a screenshot.
+
+Without --server the picture comes from the simulated camera, else from the stream of an RTSP
+server, which is started and prints "PORT n" and "READY".
+"""
+
+import argparse
+import datetime
+import math
+import os
+import pathlib
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import time
+
+import desktop
+import figures
+import widgets
+from canvas import Canvas
+from desktop import Rect, Screenshot
+from widgets import Program, Table, wait_for
+
+PICTURE_NAME = re.compile(r"\d{8}-\d{6}-\d{3}\.jpg")
+PICTURES = pathlib.Path.home() / "Documents" / "Orvo Files" / "Images"
+NO_CAMERA = "Open Video Source..."
+FIGURE_COLOUR = (0, 150, 211)
+ARROW_COLOUR = (91, 155, 213)
+FIGURE_PIXELS = 40  # at least so many of a figure's pixels are not blended with the picture
+ACTUAL_SIZE_LEVEL = 250
+HIGHEST_LEVEL = 500
+LEVELS_PER_DOUBLING = 50
+WHEEL_LEVELS = 6
+KEY_LEVELS = 10
+
+
+class Failure(Exception):
+    """The program does not do what the step asks."""
+
+
+def check(condition, message):
+    if not condition:
+        raise Failure(message)
+
+
+def check_near(value, expected, tolerance, what):
+    check(value is not None, f"{what} is missing")
+    check(abs(value - expected) <= tolerance,
+          f"{what} is {value:g} instead of {expected:g} within {tolerance:g}")
+
+
+def size_of_text(text):
+    width, height = text.lower().split("x")
+    return int(width), int(height)
+
+
+def size_of(picture):
+    text = subprocess.run(["identify", "-format", "%wx%h", str(picture)], check=True, text=True,
+                          stdout=subprocess.PIPE).stdout
+    return size_of_text(text)
+
+
+class Drive:
+    """One run of the program. The methods whose names are in STEPS are the steps, in order."""
+
+    STEPS = ("start", "device_dialog", "open_source", "live_picture", "measure_page", "line",
+             "polyline", "polygon", "angle", "arrow", "measurement_table", "select",
+             "zoom_by_wheel", "zoom_by_slider", "zoom_by_keys", "fit_in_view", "full_screen",
+             "pause", "take_pictures", "close")
+
+    def __init__(self, program, output, video_size, picture_size, url):
+        self.output = output
+        self.picture_size = picture_size
+        self.url = url
+        self.log = open(output / "orvo.log", "w", encoding="utf-8")
+        widgets.connect()
+        self.process = subprocess.Popen([program], stdout=self.log, stderr=self.log)
+        self.program = Program("Orvo")
+        self.canvas = Canvas(self.program, video_size)
+        self.drawn = {}
+        self.pictures = []
+
+    def run(self):
+        for number, name in enumerate(self.STEPS, 1):
+            began = time.monotonic()
+            try:
+                getattr(self, name)()
+                self.save_screenshot(f"step-{number:02}-{name.replace('_', '-')}.png")
+            except Exception as error:
+                print(f"step {number:02} {name} failed: {error}", flush=True)
+                self.keep_evidence()
+                raise Failure(f"{name}: {error}") from error
+            print(f"step {number:02} {name} ({time.monotonic() - began:.1f} s)", flush=True)
+
+    def stop(self):
+        if not self.ended():
+            self.process.kill()
+            self.process.wait()
+        self.log.close()
+
+    def save_screenshot(self, name):
+        shot = Screenshot()
+        shot.save(self.output / name)
+        check(shot.colours() > 1 or self.ended(), "the screen is blank")
+
+    def keep_evidence(self):
+        Screenshot().save(self.output / "failed.png")
+        (self.output / "widgets.txt").write_text(self.program.describe(), encoding="utf-8")
+        self.log.flush()
+        print(f"what the program wrote: {self.log.name}", flush=True)
+
+    # Steps
+
+    def start(self):
+        wait_for(lambda: self.ended() or self.program.root(), "the program to show up", 20)
+        check(not self.ended(), f"the program ended with status {self.process.returncode}")
+        window = self.program.find("frame")
+        self.program.find("label", re.escape(NO_CAMERA))
+        time.sleep(0.5)
+
+        shot = Screenshot()
+        check(shot.colours(self.canvas.rect) > 3, "the placeholder is blank")
+        # The side bar's empty foot: dark, and more blue than red.
+        side = Rect(window.rect.x, window.rect.y, self.canvas.rect.x - window.rect.x,
+                    window.rect.height)
+        red, green, blue = shot.mean(side)
+        check(red < 80 and green < 90 and blue < 110 and blue > red + 8,
+              f"the side bar is not dark blue but ({red:.0f}, {green:.0f}, {blue:.0f})")
+
+    def device_dialog(self):
+        desktop.click(self.program.find("label", re.escape(NO_CAMERA)).rect.center)
+        self.program.find("dialog", "Select video source")
+
+    def open_source(self):
+        if self.url:
+            self.open_stream()
+        else:
+            self.open_last_usb_camera()
+        wait_for(lambda: not self.program.find_all("label", re.escape(NO_CAMERA)),
+                 "the camera's name in the side bar", 8)
+        check(not self.program.find_all("alert"), "a message shows")
+        wait_for(lambda: self.frame_rate() > 1, "a frame rate above 1", 8)
+
+    def open_stream(self):
+        desktop.click(self.program.find("page tab", "RTSP Stream").rect.center)
+        desktop.click(self.program.find("text").rect.center)
+        desktop.key("ctrl+a")
+        desktop.write(self.url)
+        desktop.click(self.program.button("Connect").rect.center)
+
+    def open_last_usb_camera(self):
+        dialog = self.program.find("dialog", "Select video source")
+        cameras = dialog.find_all("list item")
+        check(cameras, "no camera is listed")
+        desktop.click(cameras[-1].rect.center, times=2)
+
+    def live_picture(self):
+        time.sleep(1.2)  # the placeholder shows once more, one second after opening
+        wait_for(self.picture_moves, "the picture to move")
+
+    def measure_page(self):
+        desktop.click(self.program.button("Measure").rect.center)
+        self.program.button("Line")
+
+    def line(self):
+        self.draw("Line", [(0.30, 0.25), (0.60, 0.30)])
+
+    def polyline(self):
+        self.draw("Polyline", [(0.25, 0.40), (0.35, 0.50), (0.45, 0.40), (0.50, 0.52)], True)
+
+    def polygon(self):
+        self.draw("Polygon", [(0.58, 0.42), (0.72, 0.45), (0.70, 0.62), (0.56, 0.58)], True)
+
+    def angle(self):
+        self.draw("Angle", [(0.45, 0.62), (0.30, 0.75), (0.50, 0.78)])
+
+    def arrow(self):
+        self.draw("Arrow", [(0.60, 0.78), (0.72, 0.70)], colour=ARROW_COLOUR)
+
+    def measurement_table(self):
+        desktop.click(self.program.button("List").rect.center)
+        table = self.table()
+        wait_for(lambda: table.rows == 4, "four measured figures in the table")
+        time.sleep(0.5)
+        check(self.is_fitted(), "the picture is not fitted into the smaller area")
+        points = self.drawn
+        self.check_length(table, 0, "Length", figures.path_length(points["Line"]))
+        self.check_length(table, 1, "Length", figures.path_length(points["Polyline"]))
+        self.check_length(table, 2, "Perimeter", figures.perimeter(points["Polygon"]))
+        area = figures.area(points["Polygon"])
+        check_near(table.number(2, "Area"), area, 0.02 * area, "the polygon's area")
+        check_near(table.number(3, "Angle(°)"), figures.angle(*points["Angle"]), 1.0, "the angle")
+
+    def select(self):
+        desktop.click(self.program.button("Select").rect.center)
+        time.sleep(0.3)
+        for row, name in enumerate(("Line", "Polyline")):
+            (ax, ay), (bx, by) = self.drawn[name][:2]
+            point = self.canvas.to_screen((0.7 * ax + 0.3 * bx, 0.7 * ay + 0.3 * by))
+            desktop.click(point)
+            wait_for(lambda: self.table().selected_rows() == [row], f"the row of the {name}")
+
+    def zoom_by_wheel(self):
+        center = self.canvas.rect.center
+        self.check_zoom(lambda: desktop.wheel(center, 1), WHEEL_LEVELS)
+        self.check_zoom(lambda: desktop.wheel(center, -1), -WHEEL_LEVELS)
+
+    def zoom_by_slider(self):
+        slider = self.zoom_slider()
+        handle = slider.rect.at(slider.value / HIGHEST_LEVEL, 0.5)
+        desktop.drag(handle, slider.rect.at(0.6, 0.5))
+        wait_for(lambda: abs(self.zoom_slider().value / HIGHEST_LEVEL - 0.6) < 0.05,
+                 "the slider to stand at six tenths")
+
+    def zoom_by_keys(self):
+        self.check_zoom(lambda: desktop.key("ctrl+minus"), -KEY_LEVELS)
+        self.check_zoom(lambda: desktop.key("ctrl+plus"), KEY_LEVELS)
+
+    def fit_in_view(self):
+        desktop.click(self.program.button("Zoom").rect.center)
+        # Popup menus are not on the accessibility bus: the last entry, by the keyboard.
+        desktop.key("Up")
+        desktop.key("Return")
+        wait_for(self.is_fitted, "the picture to be fitted again")
+
+    def full_screen(self):
+        screen = Screenshot()
+        desktop.key("F11")
+        wait_for(lambda: (self.canvas.rect.width, self.canvas.rect.height)
+                 == (screen.width, screen.height), "the picture on the whole screen")
+        self.save_screenshot("full-screen.png")
+        desktop.key("Escape")
+        wait_for(lambda: self.canvas.rect.width < screen.width, "the window back on the screen")
+        time.sleep(0.5)
+
+    def pause(self):
+        desktop.click(self.program.button("Camera").rect.center)
+        pause = self.program.button("Pause").rect.center
+        desktop.click(pause)
+        time.sleep(0.5)
+        check(not self.picture_moves(), "the picture moves although it is paused")
+        self.save_screenshot("paused.png")
+        desktop.click(pause)
+        wait_for(self.picture_moves, "the picture to move again after the pause")
+
+    def take_pictures(self):
+        self.take_picture(lambda: desktop.key("Return"))
+        self.take_picture(lambda: desktop.click(self.program.button("Snap").rect.center))
+
+    def close(self):
+        self.ask_to_exit("Cancel")
+        time.sleep(0.3)
+        check(not self.ended(), "the program ended although the exit was cancelled")
+        self.ask_to_exit("OK")
+        try:
+            status = self.process.wait(10)
+        except subprocess.TimeoutExpired as error:
+            raise Failure("the program does not end") from error
+        check(status == 0, f"the program ended with status {status}")
+
+    # What the steps are made of
+
+    def ended(self):
+        return self.process.poll() is not None
+
+    def frame_rate(self):
+        return float(self.program.find("label", r"\d+\.\d\d fps").name.split()[0])
+
+    def picture_moves(self):
+        before = Screenshot()
+        time.sleep(0.7)
+        return Screenshot().changed(before, self.canvas.rect) > 0
+
+    def draw(self, tool, fractions, finish=False, colour=FIGURE_COLOUR):
+        button = self.program.button(tool).rect
+        desktop.click(button.at(0.3, 0.5))
+        area = self.canvas.rect
+        points = [area.at(*fraction) for fraction in fractions]
+        surroundings = Rect.around(points, 20)
+        before = Screenshot().count(colour, surroundings)
+        self.canvas.draw(points, finish)
+        self.drawn[tool] = [self.canvas.to_picture(point) for point in points]
+        wait_for(lambda: Screenshot().count(colour, surroundings) > before + FIGURE_PIXELS,
+                 f"the {tool} to be seen")
+
+    def table(self):
+        return Table(self.program.find("table"))
+
+    def check_length(self, table, row, header, expected):
+        # A click is exact to one screen pixel, which is 1 / scale picture pixels at either end.
+        tolerance = 0.005 * expected + 2 / self.canvas.scale
+        check_near(table.number(row, header), expected, tolerance, f"{header} of row {row + 1}")
+
+    def zoom_slider(self):
+        return self.program.find("slider", "Zoom level")
+
+    def is_fitted(self):
+        level = ACTUAL_SIZE_LEVEL + LEVELS_PER_DOUBLING * math.log2(self.canvas.fitting_zoom)
+        return abs(self.zoom_slider().value - level) <= 1
+
+    def check_zoom(self, action, levels):
+        """One zoom step moves the slider by its levels, but no step leaps over 100%, and the
+        percentage follows."""
+        before = self.zoom_slider().value
+        expected = before + levels
+        if min(before, expected) < ACTUAL_SIZE_LEVEL < max(before, expected):
+            expected = ACTUAL_SIZE_LEVEL
+        percentage = self.program.button("Zoom").rect
+        shown = Screenshot()
+        action()
+        wait_for(lambda: abs(self.zoom_slider().value - expected) <= 1,
+                 f"the zoom level {expected:g}")
+        check(Screenshot().changed(shown, percentage) > 0, "the percentage stays as it was")
+
+    def take_picture(self, action):
+        known = set(PICTURES.glob("*"))
+        began = datetime.datetime.now().replace(microsecond=0)
+        action()
+        picture = wait_for(lambda: next(iter(set(PICTURES.glob("*")) - known), None),
+                           f"a picture in {PICTURES}", 10)
+        check(PICTURE_NAME.fullmatch(picture.name), f"the picture is called {picture.name}")
+        taken = datetime.datetime.strptime(picture.stem[:15], "%Y%m%d-%H%M%S")
+        check(began <= taken <= datetime.datetime.now(), f"{picture.name} is not the present time")
+        self.wait_until_written(picture)
+        check(size_of(picture) == self.picture_size,
+              f"the picture has the size {size_of(picture)} instead of {self.picture_size}")
+        self.pictures.append(shutil.copy(picture, self.output))
+
+    @staticmethod
+    def wait_until_written(path):
+        sizes = [-1]
+
+        def settled():
+            sizes.append(path.stat().st_size)
+            return sizes[-1] > 0 and sizes[-1] == sizes[-2]
+        wait_for(settled, f"{path.name} to be complete", 10)
+
+    def ask_to_exit(self, answer):
+        desktop.click(self.program.button("Close").rect.center)
+        self.program.find("label", re.escape("Do you want to exit Orvo ?"))
+        self.save_screenshot("exit-question.png")
+        desktop.click(self.program.button(answer).rect.center)
+
+
+def start_server(command):
+    """Starts the RTSP server; returns it and its port."""
+    server = subprocess.Popen(shlex.split(command), stdout=subprocess.PIPE, text=True)
+    port = 0
+    for line in server.stdout:
+        if line.startswith("PORT "):
+            port = int(line.split()[1])
+        elif line.startswith("READY"):
+            return server, port
+    raise Failure("the RTSP server does not start")
+
+
+def parse_arguments():
+    parser = argparse.ArgumentParser(description=__doc__)
+    parser.add_argument("--program", required=True, type=pathlib.Path)
+    parser.add_argument("--output", required=True, type=pathlib.Path,
+                        help="folder for screenshots and pictures")
+    parser.add_argument("--video", default="1920x1080", type=size_of_text,
+                        help="the size of the live picture")
+    parser.add_argument("--picture", default="3840x2160", type=size_of_text,
+                        help="the size that saved pictures must have")
+    parser.add_argument("--scale", type=float, default=1,
+                        help="screen pixels for one pixel of the program")
+    parser.add_argument("--url", help="a stream to open instead of the simulated camera")
+    parser.add_argument("--server", help="command of an RTSP server to start")
+    parser.add_argument("--path", default="/h264", help="the path of its stream")
+    return parser.parse_args()
+
+
+def run_program(drive):
+    """The exit status: 0 when every step did what it should."""
+    try:
+        drive.run()
+    except Failure:
+        return 1
+    finally:
+        drive.stop()
+    for picture in drive.pictures:
+        print(f"picture {picture}")
+    return 0
+
+
+def main():
+    arguments = parse_arguments()
+    output = arguments.output.resolve()
+    output.mkdir(parents=True, exist_ok=True)
+    widgets.pixel_ratio = arguments.scale
+    os.environ["QT_SCALE_FACTOR"] = str(arguments.scale)
+    server, url = None, arguments.url
+    if arguments.server:
+        server, port = start_server(arguments.server)
+        url = f"rtsp://127.0.0.1:{port}{arguments.path}"
+    try:
+        return run_program(Drive(arguments.program.resolve(), output, arguments.video,
+                                 arguments.picture, url))
+    finally:
+        if server:
+            server.kill()
+            server.wait()
+
+
+if __name__ == "__main__":
+    sys.exit(main())

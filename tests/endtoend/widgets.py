@@ -1,0 +1,162 @@
+"""Finds the widgets of a running program by role and name through the accessibility bus.
+
+Roles are those of AT-SPI ("push button", "check box", "label"); names are the visible texts.
+Nothing is cached, so that every look shows the present state.
+"""
+
+import re
+import time
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402
+
+from desktop import Rect  # noqa: E402
+
+# Screen pixels for one of the program's own, which the bus counts in.
+pixel_ratio = 1.0
+
+BUTTONS = ("push button", "check box", "toggle button", "radio button", "menu")
+
+
+class Widget:
+    """One node of the accessibility tree."""
+
+    def __init__(self, node):
+        self.node = node
+        self.role = node.get_role_name()
+        self.name = node.get_name() or ""
+        states = node.get_state_set()
+        self.showing = states.contains(Atspi.StateType.SHOWING)
+        self.enabled = states.contains(Atspi.StateType.ENABLED)
+        self.selected = states.contains(Atspi.StateType.SELECTED)
+        self.checked = states.contains(Atspi.StateType.CHECKED)
+        extents = node.get_extents(Atspi.CoordType.SCREEN)
+        self.rect = Rect(*(round(pixel_ratio * value) for value in
+                           (extents.x, extents.y, extents.width, extents.height)))
+
+    @property
+    def value(self):
+        """The number that a slider stands on."""
+        return self.node.get_value_iface().get_current_value()
+
+    def children(self):
+        for index in range(self.node.get_child_count()):
+            child = self.node.get_child_at_index(index)
+            if child is not None:
+                yield Widget(child)
+
+    def descendants(self):
+        """This widget and all below it; one that vanishes during the walk is left out."""
+        yield self
+        try:
+            for child in self.children():
+                yield from child.descendants()
+        except GLib.Error:
+            return
+
+    def matches(self, roles, name):
+        return self.role in roles and (name is None or re.fullmatch(name, self.name) is not None)
+
+    def find_all(self, roles, name=None):
+        roles = (roles,) if isinstance(roles, str) else roles
+        return [widget for widget in self.descendants()
+                if widget.showing and widget.matches(roles, name)]
+
+    def describe(self, depth=0):
+        """The tree below this widget as indented lines."""
+        marks = "" if self.showing else " hidden"
+        lines = [f"{'  ' * depth}{self.role} '{self.name}' {self.rect}{marks}"]
+        try:
+            for child in self.children():
+                lines += child.describe(depth + 1)
+        except GLib.Error:
+            pass
+        return lines
+
+
+class Table:
+    """The cells of a table view. Columns are found by the text of their header."""
+
+    def __init__(self, widget):
+        self.widget = widget
+        self.cells = widget.node.get_table_iface()
+        self.headers = [child.name for child in widget.children()
+                        if child.role == "table column header"]
+
+    @property
+    def rows(self):
+        return self.cells.get_n_rows()
+
+    def text(self, row, header):
+        return self._cell(row, self.headers.index(header)).name
+
+    def number(self, row, header):
+        """The value of a cell; None where it is empty."""
+        text = self.text(row, header)
+        return float(text) if text else None
+
+    def selected_rows(self):
+        return [row for row in range(self.rows) if self._cell(row, 1).selected]
+
+    def _cell(self, row, column):
+        return Widget(self.cells.get_accessible_at(row, column))
+
+
+class Program:
+    """The widgets of one running program, by the name that it gives itself."""
+
+    def __init__(self, name):
+        self.name = name
+
+    def root(self):
+        """The program itself; None while it is not on the bus."""
+        desktop = Atspi.get_desktop(0)
+        desktop.set_cache_mask(Atspi.Cache.NONE)
+        for index in range(desktop.get_child_count()):
+            child = desktop.get_child_at_index(index)
+            if child is not None and child.get_name() == self.name:
+                child.set_cache_mask(Atspi.Cache.NONE)
+                return Widget(child)
+        return None
+
+    def windows(self):
+        root = self.root()
+        return [window for window in root.children() if window.showing] if root else []
+
+    def find_all(self, roles, name=None):
+        return [widget for window in self.windows() for widget in window.find_all(roles, name)]
+
+    def find(self, roles, name=None, timeout=10):
+        """The first visible widget of one of the roles whose name matches the expression."""
+        what = f"{roles} {name or ''}".strip()
+        return wait_for(lambda: next(iter(self.find_all(roles, name)), None), what, timeout)
+
+    def button(self, name, timeout=10):
+        return self.find(BUTTONS, re.escape(name), timeout)
+
+    def describe(self):
+        root = self.root()
+        return "\n".join(root.describe()) if root else "no such program"
+
+
+def connect():
+    """Brings the accessibility bus up. A program that starts before it is there may miss it."""
+    Atspi.init()
+    wait_for(lambda: Atspi.get_desktop(0).get_role_name(), "the accessibility bus", 20)
+
+
+def wait_for(condition, what, timeout=10):
+    """The condition's value as soon as it is true; an error that names it after the timeout."""
+    deadline = time.monotonic() + timeout
+    while True:
+        try:
+            value = condition()
+        except GLib.Error:
+            value = None
+        if value:
+            return value
+        if time.monotonic() > deadline:
+            raise TimeoutError(f"waited {timeout} s for {what}")
+        time.sleep(0.1)
