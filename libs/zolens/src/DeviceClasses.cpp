@@ -1,6 +1,7 @@
 #include "DeviceClasses.h"
 
 #include "simulated/SimulatedCamera.h"
+#include "stream/StreamCamera.h"
 
 namespace zolens {
 
@@ -13,8 +14,11 @@ std::unique_ptr<CWCamera> createCamera(int type, int index, bool tryStillCapture
     return nullptr;
 }
 
-std::unique_ptr<CWCamera> createNetworkCamera(int, const QString&)
+std::unique_ptr<CWCamera> createNetworkCamera(int type, const QString& url)
 {
+    if (type == CWDevice_NetworkStream) {
+        return std::make_unique<StreamCamera>(url);
+    }
     return nullptr;
 }
 
