@@ -37,19 +37,32 @@ class Rect:
         return f"{self.width}x{self.height}+{self.x}+{self.y}"
 
 
-class Screenshot:
-    """The whole screen at one moment."""
+class Image:
+    """A picture of the screen at one moment, or one from a file."""
 
     BYTES = 3  # red, green, blue
 
-    def __init__(self):
-        size = _output("xdotool", "getdisplaygeometry").split()
-        self.width, self.height = int(size[0]), int(size[1])
-        self.data = subprocess.run(
-            ["import", "-window", "root", "-depth", "8", "rgb:-"],
-            check=True, stdout=subprocess.PIPE).stdout
-        if len(self.data) != self.width * self.height * self.BYTES:
-            raise RuntimeError("the screenshot does not have the size of the screen")
+    def __init__(self, size, data):
+        self.width, self.height = size
+        self.data = data
+        if len(data) != self.width * self.height * self.BYTES:
+            raise RuntimeError("the picture does not have the size that it should")
+
+    @classmethod
+    def of_screen(cls):
+        width, height = _output("xdotool", "getdisplaygeometry").split()
+        data = _output("import", "-window", "root", "-depth", "8", "rgb:-", text=False)
+        return cls((int(width), int(height)), data)
+
+    @classmethod
+    def of_file(cls, path):
+        width, height = _output("identify", "-format", "%w %h", path).split()
+        data = _output("convert", path, "-depth", "8", "rgb:-", text=False)
+        return cls((int(width), int(height)), data)
+
+    @property
+    def rect(self):
+        return Rect(0, 0, self.width, self.height)
 
     def save(self, path):
         subprocess.run(
@@ -63,13 +76,17 @@ class Screenshot:
                 start = (y * self.width + x) * self.BYTES
                 yield tuple(self.data[start:start + self.BYTES])
 
+    def part(self, rect):
+        """The pixels of a rectangle, to be compared with those of another one."""
+        return list(self.pixels(rect, step=1))
+
     def mean(self, rect):
         pixels = list(self.pixels(rect))
         return tuple(sum(channel) / len(pixels) for channel in zip(*pixels))
 
     def colours(self, rect=None):
         """How many different colours there are."""
-        return len(set(self.pixels(rect or Rect(0, 0, self.width, self.height))))
+        return len(set(self.pixels(rect or self.rect)))
 
     def count(self, colour, rect, tolerance=25):
         """How many pixels have nearly that colour."""
@@ -77,7 +94,7 @@ class Screenshot:
                    if all(abs(a - b) <= tolerance for a, b in zip(pixel, colour)))
 
     def changed(self, other, rect):
-        """The share of pixels, 0 to 1, that differ from those of another screenshot."""
+        """The share of pixels, 0 to 1, that differ from those of another picture."""
         pairs = list(zip(self.pixels(rect), other.pixels(rect)))
         return sum(1 for mine, others in pairs if mine != others) / len(pairs)
 
@@ -127,5 +144,6 @@ def _xdotool(*arguments):
     subprocess.run(["xdotool", *map(str, arguments)], check=True)
 
 
-def _output(*command):
-    return subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+def _output(*command, text=True):
+    return subprocess.run(list(map(str, command)), check=True, stdout=subprocess.PIPE,
+                          text=text).stdout

@@ -21,14 +21,16 @@ import desktop
 import figures
 import widgets
 from canvas import Canvas
-from desktop import Rect, Screenshot
+from desktop import Image, Rect
 from widgets import Program, Table, wait_for
 
 PICTURE_NAME = re.compile(r"\d{8}-\d{6}-\d{3}\.jpg")
 PICTURES = pathlib.Path.home() / "Documents" / "Orvo Files" / "Images"
+LINKS = ("link", "label")
 NO_CAMERA = "Open Video Source..."
 FIGURE_COLOUR = (0, 150, 211)
 ARROW_COLOUR = (91, 155, 213)
+RULER_WIDTH = 17
 FIGURE_PIXELS = 40  # at least so many of a figure's pixels are not blended with the picture
 ACTUAL_SIZE_LEVEL = 250
 HIGHEST_LEVEL = 500
@@ -57,12 +59,6 @@ def size_of_text(text):
     return int(width), int(height)
 
 
-def size_of(picture):
-    text = subprocess.run(["identify", "-format", "%wx%h", str(picture)], check=True, text=True,
-                          stdout=subprocess.PIPE).stdout
-    return size_of_text(text)
-
-
 class Drive:
     """One run of the program. The methods whose names are in STEPS are the steps, in order."""
 
@@ -75,12 +71,14 @@ class Drive:
         self.output = output
         self.picture_size = picture_size
         self.url = url
+        self.has_stills = not url
         self.log = open(output / "orvo.log", "w", encoding="utf-8")
         widgets.connect()
         self.process = subprocess.Popen([program], stdout=self.log, stderr=self.log)
         self.program = Program("Orvo")
         self.canvas = Canvas(self.program, video_size)
         self.drawn = {}
+        self.fitted = None
         self.pictures = []
 
     def run(self):
@@ -102,12 +100,12 @@ class Drive:
         self.log.close()
 
     def save_screenshot(self, name):
-        shot = Screenshot()
+        shot = Image.of_screen()
         shot.save(self.output / name)
         check(shot.colours() > 1 or self.ended(), "the screen is blank")
 
     def keep_evidence(self):
-        Screenshot().save(self.output / "failed.png")
+        Image.of_screen().save(self.output / "failed.png")
         (self.output / "widgets.txt").write_text(self.program.describe(), encoding="utf-8")
         self.log.flush()
         print(f"what the program wrote: {self.log.name}", flush=True)
@@ -118,10 +116,10 @@ class Drive:
         wait_for(lambda: self.ended() or self.program.root(), "the program to show up", 20)
         check(not self.ended(), f"the program ended with status {self.process.returncode}")
         window = self.program.find("frame")
-        self.program.find("label", re.escape(NO_CAMERA))
+        self.program.find(LINKS, re.escape(NO_CAMERA))
         time.sleep(0.5)
 
-        shot = Screenshot()
+        shot = Image.of_screen()
         check(shot.colours(self.canvas.rect) > 3, "the placeholder is blank")
         # The side bar's empty foot: dark, and more blue than red.
         side = Rect(window.rect.x, window.rect.y, self.canvas.rect.x - window.rect.x,
@@ -131,7 +129,7 @@ class Drive:
               f"the side bar is not dark blue but ({red:.0f}, {green:.0f}, {blue:.0f})")
 
     def device_dialog(self):
-        desktop.click(self.program.find("label", re.escape(NO_CAMERA)).rect.center)
+        desktop.click(self.program.find(LINKS, re.escape(NO_CAMERA)).rect.center)
         self.program.find("dialog", "Select video source")
 
     def open_source(self):
@@ -139,7 +137,7 @@ class Drive:
             self.open_stream()
         else:
             self.open_last_usb_camera()
-        wait_for(lambda: not self.program.find_all("label", re.escape(NO_CAMERA)),
+        wait_for(lambda: not self.program.find_all(LINKS, re.escape(NO_CAMERA)),
                  "the camera's name in the side bar", 8)
         check(not self.program.find_all("alert"), "a message shows")
         wait_for(lambda: self.frame_rate() > 1, "a frame rate above 1", 8)
@@ -185,7 +183,6 @@ class Drive:
         table = self.table()
         wait_for(lambda: table.rows == 4, "four measured figures in the table")
         time.sleep(0.5)
-        check(self.is_fitted(), "the picture is not fitted into the smaller area")
         points = self.drawn
         self.check_length(table, 0, "Length", figures.path_length(points["Line"]))
         self.check_length(table, 1, "Length", figures.path_length(points["Polyline"]))
@@ -204,30 +201,31 @@ class Drive:
             wait_for(lambda: self.table().selected_rows() == [row], f"the row of the {name}")
 
     def zoom_by_wheel(self):
+        self.fitted = self.percentage()
         center = self.canvas.rect.center
-        self.check_zoom(lambda: desktop.wheel(center, 1), WHEEL_LEVELS)
-        self.check_zoom(lambda: desktop.wheel(center, -1), -WHEEL_LEVELS)
+        self.check_zoom_and_back(lambda: desktop.wheel(center, 1),
+                                 lambda: desktop.wheel(center, -1))
 
     def zoom_by_slider(self):
-        slider = self.zoom_slider()
-        handle = slider.rect.at(slider.value / HIGHEST_LEVEL, 0.5)
-        desktop.drag(handle, slider.rect.at(0.6, 0.5))
-        wait_for(lambda: abs(self.zoom_slider().value / HIGHEST_LEVEL - 0.6) < 0.05,
-                 "the slider to stand at six tenths")
+        before = self.percentage()
+        slider = self.program.find("slider", "Zoom level").rect
+        level = ACTUAL_SIZE_LEVEL + LEVELS_PER_DOUBLING * math.log2(self.canvas.fitting_zoom)
+        desktop.drag(slider.at(level / HIGHEST_LEVEL, 0.5), slider.at(0.6, 0.5))
+        wait_for(lambda: self.percentage() != before, "another percentage by the slider")
 
     def zoom_by_keys(self):
-        self.check_zoom(lambda: desktop.key("ctrl+minus"), -KEY_LEVELS)
-        self.check_zoom(lambda: desktop.key("ctrl+plus"), KEY_LEVELS)
+        self.check_zoom_and_back(lambda: desktop.key("ctrl+minus"),
+                                 lambda: desktop.key("ctrl+plus"))
 
     def fit_in_view(self):
         desktop.click(self.program.button("Zoom").rect.center)
         # Popup menus are not on the accessibility bus: the last entry, by the keyboard.
         desktop.key("Up")
         desktop.key("Return")
-        wait_for(self.is_fitted, "the picture to be fitted again")
+        wait_for(lambda: self.percentage() == self.fitted, "the percentage of the fitted picture")
 
     def full_screen(self):
-        screen = Screenshot()
+        screen = Image.of_screen()
         desktop.key("F11")
         wait_for(lambda: (self.canvas.rect.width, self.canvas.rect.height)
                  == (screen.width, screen.height), "the picture on the whole screen")
@@ -270,9 +268,9 @@ class Drive:
         return float(self.program.find("label", r"\d+\.\d\d fps").name.split()[0])
 
     def picture_moves(self):
-        before = Screenshot()
+        before = Image.of_screen()
         time.sleep(0.7)
-        return Screenshot().changed(before, self.canvas.rect) > 0
+        return Image.of_screen().changed(before, self.canvas.rect) > 0
 
     def draw(self, tool, fractions, finish=False, colour=FIGURE_COLOUR):
         button = self.program.button(tool).rect
@@ -280,10 +278,10 @@ class Drive:
         area = self.canvas.rect
         points = [area.at(*fraction) for fraction in fractions]
         surroundings = Rect.around(points, 20)
-        before = Screenshot().count(colour, surroundings)
+        before = Image.of_screen().count(colour, surroundings)
         self.canvas.draw(points, finish)
         self.drawn[tool] = [self.canvas.to_picture(point) for point in points]
-        wait_for(lambda: Screenshot().count(colour, surroundings) > before + FIGURE_PIXELS,
+        wait_for(lambda: Image.of_screen().count(colour, surroundings) > before + FIGURE_PIXELS,
                  f"the {tool} to be seen")
 
     def table(self):
@@ -294,26 +292,18 @@ class Drive:
         tolerance = 0.005 * expected + 2 / self.canvas.scale
         check_near(table.number(row, header), expected, tolerance, f"{header} of row {row + 1}")
 
-    def zoom_slider(self):
-        return self.program.find("slider", "Zoom level")
+    def percentage(self):
+        """The zoom as the status bar shows it: the picture of it, with the mouse elsewhere."""
+        desktop.move(self.canvas.rect.center)
+        return Image.of_screen().part(self.program.button("Zoom").rect)
 
-    def is_fitted(self):
-        level = ACTUAL_SIZE_LEVEL + LEVELS_PER_DOUBLING * math.log2(self.canvas.fitting_zoom)
-        return abs(self.zoom_slider().value - level) <= 1
-
-    def check_zoom(self, action, levels):
-        """One zoom step moves the slider by its levels, but no step leaps over 100%, and the
-        percentage follows."""
-        before = self.zoom_slider().value
-        expected = before + levels
-        if min(before, expected) < ACTUAL_SIZE_LEVEL < max(before, expected):
-            expected = ACTUAL_SIZE_LEVEL
-        percentage = self.program.button("Zoom").rect
-        shown = Screenshot()
-        action()
-        wait_for(lambda: abs(self.zoom_slider().value - expected) <= 1,
-                 f"the zoom level {expected:g}")
-        check(Screenshot().changed(shown, percentage) > 0, "the percentage stays as it was")
+    def check_zoom_and_back(self, forth, back):
+        """Two opposite steps: the percentage changes and is then as before."""
+        before = self.percentage()
+        forth()
+        wait_for(lambda: self.percentage() != before, "another percentage")
+        back()
+        wait_for(lambda: self.percentage() == before, "the percentage of before")
 
     def take_picture(self, action):
         known = set(PICTURES.glob("*"))
@@ -325,9 +315,20 @@ class Drive:
         taken = datetime.datetime.strptime(picture.stem[:15], "%Y%m%d-%H%M%S")
         check(began <= taken <= datetime.datetime.now(), f"{picture.name} is not the present time")
         self.wait_until_written(picture)
-        check(size_of(picture) == self.picture_size,
-              f"the picture has the size {size_of(picture)} instead of {self.picture_size}")
+        self.check_picture(Image.of_file(picture))
         self.pictures.append(shutil.copy(picture, self.output))
+
+    def check_picture(self, picture):
+        """A still has the camera's size. Where the camera takes none, the visible part of the
+        canvas is saved with the figures; it may reach over the picture by the rulers' width."""
+        excess = 0 if self.has_stills else math.ceil(RULER_WIDTH / self.canvas.fitting_zoom) + 1
+        for side, expected in zip((picture.width, picture.height), self.picture_size):
+            check(expected <= side <= expected + excess,
+                  f"the picture has the size {picture.rect} instead of {self.picture_size}")
+        check(picture.colours() > 1, "the picture is blank")
+        if not self.has_stills:
+            check(picture.count(FIGURE_COLOUR, picture.rect) > FIGURE_PIXELS,
+                  "the saved picture lacks the figures")
 
     @staticmethod
     def wait_until_written(path):

@@ -36,11 +36,6 @@ class Widget:
         self.rect = Rect(*(round(pixel_ratio * value) for value in
                            (extents.x, extents.y, extents.width, extents.height)))
 
-    @property
-    def value(self):
-        """The number that a slider stands on."""
-        return self.node.get_value_iface().get_current_value()
-
     def children(self):
         for index in range(self.node.get_child_count()):
             child = self.node.get_child_at_index(index)
