@@ -88,6 +88,11 @@ class Image:
         """How many different colours there are."""
         return len(set(self.pixels(rect or self.rect)))
 
+    def coloured(self, rect):
+        """The share of pixels, 0 to 1, that are far from grey."""
+        pixels = list(self.pixels(rect))
+        return sum(1 for pixel in pixels if max(pixel) - min(pixel) > 60) / len(pixels)
+
     def count(self, colour, rect, tolerance=25):
         """How many pixels have nearly that colour."""
         return sum(1 for pixel in self.pixels(rect, step=1)
