@@ -1,8 +1,8 @@
 #include "canvas/GraphicsView.h"
 
+#include "canvas/CanvasRulers.h"
 #include "canvas/GraphicsScene.h"
-#include "canvas/QtCornerBox.h"
-#include "canvas/QtRuleBar.h"
+#include "canvas/RubberBand.h"
 #include "canvas/ZoomLevel.h"
 #include "measure/PrimitiveActionManager.h"
 #include "measure/ToolTypes.h"
@@ -13,9 +13,7 @@
 #include <QLayout>
 #include <QMenu>
 #include <QOpenGLWidget>
-#include <QRubberBand>
 #include <QScreen>
-#include <QStyleOption>
 #include <QTouchEvent>
 
 #include <algorithm>
@@ -25,7 +23,6 @@ namespace {
 
 constexpr int levelsPerWheelNotch = 6;
 constexpr int wheelNotch = 120;
-constexpr int rulerThickness = 16;
 constexpr int rulerMargin = 15;
 
 /// Equality up to rounding, relative to the smaller of both.
@@ -57,9 +54,7 @@ GraphicsView::GraphicsView(QWidget* parent) : QGraphicsView(parent)
     setViewportUpdateMode(SmartViewportUpdate);
     setTransformationAnchor(AnchorUnderMouse);
 
-    horizontalRuler = new QtRuleBar(QtRuleBar::Horizontal, this, this);
-    verticalRuler = new QtRuleBar(QtRuleBar::Vertical, this, this);
-    cornerBox = new QtCornerBox(this);
+    rulers = std::make_unique<CanvasRulers>(*this);
     graphicsScene = new GraphicsScene(this);
     setScene(graphicsScene);
     prepareViewport();
@@ -267,7 +262,7 @@ void GraphicsView::setupMatrix(double scale)
     matrix.rotate(rotation);
     setTransform(matrix, false);
     emit matrixChanged(scale, rotation);
-    updateRulers();
+    rulers->followView();
 }
 
 void GraphicsView::fitScene()
@@ -278,7 +273,7 @@ void GraphicsView::fitScene()
     const double scale = transform().m11();
     zoomLevel = ZoomLevel::ofScale(scale);
     emit matrixChanged(scale, rotation);
-    updateRulers();
+    rulers->followView();
 }
 
 /// Scales the scene rect into the viewport; does nothing while one of both is empty.
@@ -378,8 +373,7 @@ void GraphicsView::mouseDoubleClickEvent(QMouseEvent* event)
 void GraphicsView::mouseMoveEvent(QMouseEvent* event)
 {
     const QPointF scenePos = mapToScene(event->pos());
-    horizontalRuler->updatePosition(event->pos());
-    verticalRuler->updatePosition(event->pos());
+    rulers->moveMarkers(event->pos());
     emit cursorPositionChanged(static_cast<int>(scenePos.x()), static_cast<int>(scenePos.y()));
     QGraphicsView::mouseMoveEvent(event);
 }
@@ -427,32 +421,7 @@ void GraphicsView::layOutRulers()
         return;
     const int margin = fullscreenActive ? 0 : rulerMargin;
     setViewportMargins(margin, margin, 0, 0);
-    for (QWidget* widget : {static_cast<QWidget*>(horizontalRuler),
-                            static_cast<QWidget*>(verticalRuler), static_cast<QWidget*>(cornerBox)})
-        widget->setVisible(!fullscreenActive);
-    if (fullscreenActive)
-        return;
-    constexpr int inset = rulerThickness + 1;
-    horizontalRuler->setGeometry(rulerThickness, 0, width() - inset, rulerThickness);
-    verticalRuler->setGeometry(0, rulerThickness, rulerThickness, height() - inset);
-    cornerBox->setGeometry(0, 0, rulerThickness, rulerThickness);
-    updateRulers();
-}
-
-void GraphicsView::updateRulers()
-{
-    if (!graphicsScene)
-        return;
-    const QPoint origin = mapFromScene(graphicsScene->sceneRect().topLeft());
-    const double inverse = 1.0 / transform().m11();
-    const auto update = [&](QtRuleBar* ruler, int first, int last, int zero) {
-        const double lower = (first - zero) * inverse;
-        const double upper = (last - rulerThickness - zero) * inverse;
-        ruler->setRange(lower, upper, upper - lower);
-        ruler->update();
-    };
-    update(horizontalRuler, rect().left(), rect().right(), origin.x());
-    update(verticalRuler, rect().top(), rect().bottom(), origin.y());
+    rulers->layOut(!fullscreenActive);
 }
 
 void GraphicsView::contextMenuEvent(QContextMenuEvent* event)
@@ -493,21 +462,8 @@ void GraphicsView::paintEvent(QPaintEvent* event)
     painter.setTransform(viewportTransform());
     graphicsScene->paintForeground(&painter, shown);
     painter.resetTransform();
-    paintRubberBand(&painter);
-}
-
-void GraphicsView::paintRubberBand(QPainter* painter)
-{
-    if (rubberBandRect().isNull())
-        return;
-    QStyleOptionRubberBand option;
-    option.initFrom(viewport());
-    option.rect = rubberBandRect();
-    option.shape = QRubberBand::Rectangle;
-    QStyleHintReturnMask mask;
-    if (viewport()->style()->styleHint(QStyle::SH_RubberBand_Mask, &option, viewport(), &mask))
-        painter->setClipRegion(mask.region, Qt::IntersectClip);
-    viewport()->style()->drawControl(QStyle::CE_RubberBand, &option, painter, viewport());
+    if (!rubberBandRect().isNull())
+        paintRubberBand(&painter, rubberBandRect(), viewport());
 }
 
 bool GraphicsView::viewportEvent(QEvent* event)
@@ -538,6 +494,7 @@ void GraphicsView::handleTouch(const QTouchEvent& event)
 void GraphicsView::scrollContentsBy(int dx, int dy)
 {
     QGraphicsView::scrollContentsBy(dx, dy);
-    updateRulers();
+    if (graphicsScene)
+        rulers->followView();
     emit contentsScrolled(dx, dy);
 }

@@ -7,11 +7,12 @@
 #include <QKeySequence>
 #include <QPointer>
 
+#include <memory>
+
+class CanvasRulers;
 class GraphicsScene;
 class QAction;
 class QTouchEvent;
-class QtCornerBox;
-class QtRuleBar;
 
 /// The canvas: shows one GraphicsScene, which it owns, with a ruler along its top and left edge,
 /// zooms on a logarithmic scale and can tear itself out of its layout to fill a screen. GUI thread.
@@ -116,15 +117,11 @@ private:
     void fitScene();
     void scaleToFit();
     void layOutRulers();
-    void updateRulers();
     void handleTouch(const QTouchEvent& event);
     void enterFullScreen();
     void leaveFullScreen();
-    void paintRubberBand(QPainter* painter);
 
-    QtRuleBar* horizontalRuler = nullptr;
-    QtRuleBar* verticalRuler = nullptr;
-    QtCornerBox* cornerBox = nullptr;
+    std::unique_ptr<CanvasRulers> rulers;
     double zoomLevel = 250.0;
     int rotation = 0;
     bool flipEnabled = false;

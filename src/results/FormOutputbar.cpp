@@ -88,6 +88,8 @@ void FormOutputbar::setUpTable()
 {
     QTableView* table = ui->tableView;
     table->horizontalHeader()->setStretchLastSection(true);
+    // Headings of selected cells would turn bold, and the columns jump with them.
+    table->horizontalHeader()->setHighlightSections(false);
     table->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setMinimumSectionSize(rowHeight);
