@@ -70,11 +70,26 @@ private slots:
         QVERIFY(!camera.camera);
     }
 
-    void refusesAddressesOfOtherClasses()
+    void refusesAddressesThatLeadNowhere_data()
     {
+        QTest::addColumn<int>("type");
+        QTest::addColumn<QString>("address");
+        QTest::newRow("of no network class") << simulated << QStringLiteral("127.0.0.1");
+        QTest::newRow("empty stream") << int{CWDevice_NetworkStream} << QString();
+        QTest::newRow("no stream there")
+            << int{CWDevice_NetworkStream} << QStringLiteral("rtsp://127.0.0.1:1/none");
+    }
+
+    void refusesAddressesThatLeadNowhere()
+    {
+        QFETCH(int, type);
+        QFETCH(QString, address);
         MyCamera camera;
-        QVERIFY(!camera.open(simulated, QStringLiteral("192.168.1.20")));
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!camera.open(type, address));
         QVERIFY(!camera.camera);
+        QVERIFY(timer.elapsed() < 5500);
     }
 
     void framesComeFromAnotherThread()

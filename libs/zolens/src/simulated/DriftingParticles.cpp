@@ -1,6 +1,6 @@
 #include "DriftingParticles.h"
 
-#include "Hash.h"
+#include "Outlines.h"
 
 #include <QPainter>
 #include <QtMath>
@@ -15,11 +15,6 @@ constexpr int swimmers = 3;
 constexpr int specks = 26;
 constexpr double halfWidth = 1020.0; ///< Beyond the edge of the field, where they come back in.
 constexpr double halfHeight = 780.0;
-
-double between(double low, double high, std::uint32_t key, std::uint32_t salt)
-{
-    return low + (high - low) * unitHashOf(key, salt);
-}
 
 double wrapped(double value, double half)
 {

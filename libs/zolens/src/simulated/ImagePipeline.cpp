@@ -1,5 +1,6 @@
 #include "ImagePipeline.h"
 
+#include "FormatLoss.h"
 #include "LightColor.h"
 
 #include <algorithm>
@@ -131,10 +132,10 @@ void ImagePipeline::develop(QImage& image) const
         PixelLoops::adjustDetail(image, detail);
     }
     if (format == FrameFormat::Yuv) {
-        PixelLoops::subsampleChroma(image, 2, 1);
+        subsampleChroma(image, 2, 1);
     } else if (format == FrameFormat::Mjpeg) {
-        PixelLoops::subsampleChroma(image, 2, 2);
-        PixelLoops::quantiseBlocks(image);
+        subsampleChroma(image, 2, 2);
+        quantiseBlocks(image);
     }
     if (negative) {
         PixelLoops::invert(image);

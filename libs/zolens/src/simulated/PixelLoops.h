@@ -25,10 +25,6 @@ void apply(const Matrix& matrix, QImage& image);
 /// Adds the difference to the neighbourhood, times amount / 256; a negative amount softens.
 void adjustDetail(QImage& image, int amount);
 void invert(QImage& image);
-/// Keeps the lightness of each pixel, and one colour for each group of pixels.
-void subsampleChroma(QImage& image, int groupWidth, int groupHeight);
-/// Drops the finest steps of lightness in blocks of 8 by 8.
-void quantiseBlocks(QImage& image);
 /// The lens and the lamp leave the corners darker.
 void darkenEdges(QImage& image);
 /// Weighted 0.299, 0.587, 0.114.

@@ -1,7 +1,9 @@
 #include "Specimen.h"
 
-#include "Hash.h"
+#include "Diatoms.h"
+#include "Outlines.h"
 #include "StageMicrometer.h"
+#include "Tissue.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -15,189 +17,6 @@ namespace {
 
 constexpr double pi = 3.14159265358979323846;
 constexpr double goldenSection = 0.61803398875; ///< Steps of it spread evenly around.
-
-double between(double low, double high, std::uint32_t key, std::uint32_t salt)
-{
-    return low + (high - low) * unitHashOf(key, salt);
-}
-
-/// A round outline that no ruler made.
-QPainterPath blob(const QPointF& centre, double radius, double unevenness, std::uint32_t key)
-{
-    constexpr int corners = 9;
-    QPolygonF points;
-    for (int i = 0; i < corners; ++i) {
-        const double angle = 2 * pi * i / corners;
-        const double reach = radius * (1 + unevenness * between(-1, 1, key, 40 + i));
-        points << centre + reach * QPointF(std::cos(angle), std::sin(angle));
-    }
-    QPainterPath path((points.last() + points.first()) / 2);
-    for (int i = 0; i < corners; ++i) {
-        path.quadTo(points[i], (points[i] + points[(i + 1) % corners]) / 2);
-    }
-    return path;
-}
-
-constexpr double tissueSpacing = 60.0;
-const QPointF tissueMiddle(-700, 260);
-
-std::uint32_t tissueKey(int column, int row)
-{
-    return static_cast<std::uint32_t>((row + 100) * 1000 + column + 100);
-}
-
-/// Cells stand in rows, each shifted by half a cell, and none quite in its place.
-QPointF tissueCentre(int column, int row)
-{
-    const std::uint32_t key = tissueKey(column, row);
-    const QPointF grid((column + (row & 1) * 0.5) * tissueSpacing, row * tissueSpacing * 0.87);
-    return tissueMiddle + grid + QPointF(between(-10, 10, key, 5), between(-10, 10, key, 6));
-}
-
-/// A cell meets two neighbours at each corner, so all agree where the corners are.
-QPolygonF tissueCorners(int column, int row)
-{
-    const int left = column - 1 + (row & 1);
-    const QPointF neighbours[] = {tissueCentre(column + 1, row), tissueCentre(left + 1, row + 1),
-                                  tissueCentre(left, row + 1),   tissueCentre(column - 1, row),
-                                  tissueCentre(left, row - 1),   tissueCentre(left + 1, row - 1)};
-    const QPointF centre = tissueCentre(column, row);
-    QPolygonF corners;
-    for (int i = 0; i < 6; ++i) {
-        const QPointF corner = (centre + neighbours[i] + neighbours[(i + 1) % 6]) / 3;
-        corners << centre + (corner - centre) * 0.965;
-    }
-    return corners;
-}
-
-QPainterPath rounded(const QPolygonF& corners)
-{
-    constexpr double straight = 0.28; ///< Of a side, from its corner, where the rounding ends.
-    QPainterPath path;
-    for (int i = 0; i < corners.size(); ++i) {
-        const QPointF corner = corners[i];
-        const QPointF before = corners[(i + corners.size() - 1) % corners.size()];
-        const QPointF after = corners[(i + 1) % corners.size()];
-        const QPointF from = corner + (before - corner) * straight;
-        if (i == 0) {
-            path.moveTo(from);
-        }
-        path.lineTo(from);
-        path.quadTo(corner, corner + (after - corner) * straight);
-    }
-    path.closeSubpath();
-    return path;
-}
-
-void paintNucleus(QPainter& painter, const QPointF& centre, double radius, std::uint32_t key)
-{
-    QRadialGradient stain(centre, radius * 1.15);
-    stain.setColorAt(0.0, QColor(176, 146, 208));
-    stain.setColorAt(1.0, QColor(134, 100, 178));
-    painter.setPen(QPen(QColor(148, 118, 186), 1.4));
-    painter.setBrush(stain);
-    painter.drawPath(blob(centre, radius, 0.14, key + 7));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(150, 120, 184));
-    for (std::uint32_t grain = 0; grain < 5; ++grain) {
-        const QPointF offset(between(-0.5, 0.5, key, 10 + grain),
-                             between(-0.5, 0.5, key, 20 + grain));
-        painter.drawEllipse(centre + offset * radius, 1.9, 1.9);
-    }
-}
-
-void paintTissueCell(QPainter& painter, int column, int row)
-{
-    const std::uint32_t key = tissueKey(column, row);
-    const QPointF centre = tissueCentre(column, row);
-    const double fade = between(0, 16, key, 1);
-    const auto stained = [fade](double red, double green, double blue) {
-        return QColor::fromRgbF((red + fade * 0.3) / 255, (green + fade) / 255,
-                                (blue + fade * 0.6) / 255);
-    };
-    QRadialGradient plasma(centre, tissueSpacing * 0.62);
-    plasma.setColorAt(0.0, stained(250, 226, 236));
-    plasma.setColorAt(0.6, stained(246, 208, 224));
-    plasma.setColorAt(1.0, stained(236, 178, 206));
-    painter.setPen(QPen(QColor(206, 138, 176), 1.8));
-    painter.setBrush(plasma);
-    painter.drawPath(rounded(tissueCorners(column, row)));
-    const QPointF shift(between(-6, 6, key, 2), between(-6, 6, key, 3));
-    paintNucleus(painter, centre + shift, tissueSpacing * between(0.15, 0.22, key, 4), key);
-}
-
-/// A layer of stained cells with an uneven edge, which goes on beyond the field.
-void paintTissue(QPainter& painter)
-{
-    for (int row = -10; row <= 10; ++row) {
-        for (int column = -6; column <= 8; ++column) {
-            const QPointF offset = tissueCentre(column, row) - tissueMiddle;
-            const double reach = std::hypot(offset.x() / 450, offset.y() / 410);
-            if (reach < between(0.86, 1.0, tissueKey(column, row), 8)) {
-                paintTissueCell(painter, column, row);
-            }
-        }
-    }
-}
-
-/// A round diatom with chambers along rays and rings.
-void paintCentricDiatom(QPainter& painter)
-{
-    const QPointF centre(60, 60);
-    constexpr double radius = 105.0;
-    QRadialGradient body(centre, radius);
-    body.setColorAt(0.0, QColor(238, 226, 178));
-    body.setColorAt(0.75, QColor(222, 204, 140));
-    body.setColorAt(0.93, QColor(176, 150, 84));
-    body.setColorAt(1.0, QColor(96, 78, 44));
-    painter.setPen(QPen(QColor(70, 58, 36), 3));
-    painter.setBrush(body);
-    painter.drawEllipse(centre, radius, radius);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(176, 156, 104));
-    for (int ring = 1; ring <= 9; ++ring) {
-        const int chambers = 6 * ring;
-        for (int i = 0; i < chambers; ++i) {
-            const double angle = 2 * pi * (i + 0.5 * (ring & 1)) / chambers;
-            painter.drawEllipse(centre + 9.6 * ring * QPointF(std::cos(angle), std::sin(angle)),
-                                3.1, 3.1);
-        }
-    }
-}
-
-QPainterPath spindle(double length, double width)
-{
-    QPainterPath path(QPointF(-length / 2, 0));
-    path.cubicTo(-length / 4, -width * 0.72, length / 4, -width * 0.72, length / 2, 0);
-    path.cubicTo(length / 4, width * 0.72, -length / 4, width * 0.72, -length / 2, 0);
-    return path;
-}
-
-/// A long diatom with fine ribs and a seam.
-void paintPennateDiatom(QPainter& painter, const QPointF& centre, double angle, double length)
-{
-    const double width = length * 0.2;
-    const QPainterPath outline = spindle(length, width);
-    painter.save();
-    painter.translate(centre);
-    painter.rotate(angle);
-    painter.setPen(QPen(QColor(84, 74, 40), 2.4));
-    painter.setBrush(QColor(232, 222, 164));
-    painter.drawPath(outline);
-    painter.setClipPath(outline);
-    painter.setPen(QPen(QColor(178, 164, 104), 1.5));
-    for (double x = -length / 2; x < length / 2; x += 5) {
-        painter.drawLine(QPointF(x, -width), QPointF(x, -3));
-        painter.drawLine(QPointF(x, 3), QPointF(x, width));
-    }
-    painter.setPen(QPen(QColor(120, 104, 58), 1.6));
-    painter.drawLine(QPointF(-length / 2, 0), QPointF(length / 2, 0));
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(206, 168, 70));
-    painter.drawEllipse(QPointF(-length * 0.17, 0), length * 0.11, width * 0.24);
-    painter.drawEllipse(QPointF(length * 0.17, 0), length * 0.11, width * 0.24);
-    painter.restore();
-}
 
 void paintCell(QPainter& painter)
 {
@@ -326,7 +145,7 @@ void Specimen::paint(QPainter& painter)
     paintDust(painter);
     paintGrains(painter);
     paintTissue(painter);
-    paintCentricDiatom(painter);
+    paintCentricDiatom(painter, {60, 60}, 105);
     paintPennateDiatom(painter, {520, 250}, -24, 330);
     paintPennateDiatom(painter, {730, 80}, 62, 210);
     paintPennateDiatom(painter, {250, 330}, 15, 170);
