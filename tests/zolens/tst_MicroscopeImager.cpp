@@ -1,4 +1,5 @@
 #include "PixelMeasures.h"
+#include "simulated/DriftingParticles.h"
 #include "simulated/ImagePipeline.h"
 #include "simulated/MicroscopeImager.h"
 
@@ -121,6 +122,32 @@ private slots:
         const QImage first = frameOf(imager, plainSettings(), 0);
         const QImage later = frameOf(imager, plainSettings(), 60);
         QVERIFY(largestDifference(first, later) > 50);
+    }
+
+    void aCancelledImagerMakesNoFrame()
+    {
+        MicroscopeImager imager;
+        const SimulatedSettings settings = plainSettings();
+        QImage frame(settings.size, QImage::Format_RGB32);
+        QVERIFY(imager.render(settings, 0, frame));
+        imager.cancel();
+        QVERIFY(!imager.render(settings, 1, frame));
+        QVERIFY(!imager.render(with(CMProperty_Gamma, 150), 2, frame));
+    }
+
+    void developingInBandsLeavesNoSeams()
+    {
+        SimulatedSettings settings = with(CMProperty_Sharpness, 100);
+        settings.format = FrameFormat::Mjpeg;
+        settings.setValue(CMProperty_Denoise, 0);
+        MicroscopeImager imager;
+        const QImage frame = frameOf(imager, settings);
+        QImage whole = imager.sceneOf(settings.size).image();
+        ImagePipeline(settings).develop(whole);
+        const QRect strip = stripWithoutParticles(frame);
+        QVERIFY(!strip.isEmpty());
+        const int noise = 6; // Four even parts of a spread of 1.5 reach no further.
+        QVERIFY(largestDifference(frame.copy(strip), whole.copy(strip)) <= noise);
     }
 
     void pixelsAreOpaque()
@@ -376,6 +403,23 @@ private slots:
     }
 
 private:
+    /// From top to bottom, at least 24 pixels away from every particle of frame 0.
+    static QRect stripWithoutParticles(const QImage& frame)
+    {
+        const auto particles = zolens::particlesAt(0);
+        for (int x = 30; x + 40 < frame.width(); x += 4) {
+            const QRect strip(x, 0, 16, frame.height());
+            const auto touches = [&](const zolens::Particle& particle) {
+                const QRect near = pixelsOf(frame, particle.bounds());
+                return near.adjusted(-24, 0, 24, 0).intersects(strip);
+            };
+            if (std::none_of(particles.begin(), particles.end(), touches)) {
+                return strip;
+            }
+        }
+        return {};
+    }
+
     static double steepnessWith(tagCMProperty id, double value)
     {
         SimulatedSettings settings = with(id, value);

@@ -11,6 +11,8 @@ namespace zolens {
 namespace {
 
 constexpr int block = 8; ///< Filters reach less far than this.
+/// Pixels are developed in bands, which stay in the processor's cache and end soon when cancelled.
+constexpr int bandHeight = 8 * block;
 
 void paste(const QImage& from, const QPoint& place, const QRect& part, QImage& into)
 {
@@ -36,24 +38,35 @@ const MicroscopeScene& MicroscopeImager::sceneOf(const QSize& size)
     return *scene;
 }
 
-void MicroscopeImager::render(const SimulatedSettings& settings, quint64 frameNumber, QImage& frame)
+bool MicroscopeImager::render(const SimulatedSettings& settings, quint64 frameNumber, QImage& frame)
 {
     sceneOf(settings.size);
-    if (developed.isNull() || settings != developedFor) {
-        develop(settings);
+    const bool isDeveloped = !developed.isNull() && settings == developedFor;
+    if (!isDeveloped && !develop(settings)) {
+        return false;
     }
     moveParticles(frameNumber);
     noise.prepare(settings);
     copyWithNoise(settings, frameNumber, frame);
+    return !cancelled;
 }
 
-void MicroscopeImager::develop(const SimulatedSettings& settings)
+bool MicroscopeImager::develop(const SimulatedSettings& settings)
 {
     developedFor = settings;
     pipeline = std::make_unique<ImagePipeline>(settings);
-    developed = scene->image();
-    pipeline->develop(developed);
+    if (developed.isNull()) {
+        developed = QImage(scene->size(), QImage::Format_RGB32);
+    }
     covered.clear();
+    for (int y = 0; y < developed.height(); y += bandHeight) {
+        if (cancelled) {
+            developed = QImage();
+            return false;
+        }
+        developPart(QRect(0, y, developed.width(), bandHeight) & developed.rect(), {});
+    }
+    return true;
 }
 
 void MicroscopeImager::moveParticles(quint64 frameNumber)

@@ -65,6 +65,7 @@ bool SimulatedCamera::start(FrameSink* sink)
     stop();
     running = true;
     frameNumber = 0;
+    imager = std::make_unique<MicroscopeImager>();
     thread = std::thread([this, sink] { run(sink); });
     return true;
 }
@@ -77,27 +78,27 @@ void SimulatedCamera::stop()
     }
     changed.notify_all();
     if (thread.joinable()) {
+        imager->cancel();
         thread.join();
+        imager.reset();
     }
 }
 
 void SimulatedCamera::run(FrameSink* sink)
 {
-    MicroscopeImager imager;
     auto due = Clock::now();
     do {
-        makeFrame(sink, imager);
+        makeFrame(sink);
     } while (waitForNextFrame(due));
 }
 
-void SimulatedCamera::makeFrame(FrameSink* sink, MicroscopeImager& imager)
+void SimulatedCamera::makeFrame(FrameSink* sink)
 {
     QSize size;
     previewSize(&size);
-    const SimulatedSettings now = nextSettings(imager.sceneOf(size));
+    const SimulatedSettings now = nextSettings(imager->sceneOf(size));
     QImage frame = sink->acquireFrame(now.size);
-    if (!frame.isNull()) {
-        imager.render(now, frameNumber, frame);
+    if (!frame.isNull() && imager->render(now, frameNumber, frame)) {
         sink->deliver(std::move(frame));
     }
 }

@@ -4,6 +4,7 @@
 #include "zolens/CWCamera.h"
 
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -64,12 +65,13 @@ protected:
 
 private:
     void run(FrameSink* sink);
-    void makeFrame(FrameSink* sink, MicroscopeImager& imager);
+    void makeFrame(FrameSink* sink);
     /// The settings of this frame, after the automatic controls.
     SimulatedSettings nextSettings(const MicroscopeScene& scene);
     bool waitForNextFrame(std::chrono::steady_clock::time_point& due);
 
     const bool stillPath;
+    std::unique_ptr<MicroscopeImager> imager; ///< Of the thread while that runs; null when stopped.
     std::thread thread;
 
     std::mutex mutex; ///< Guards what follows.
