@@ -1,24 +1,12 @@
+#include "ProcessUse.h"
+
 #include <zolens/MyCamera.h>
 
 #include <QtTest>
 
 #include <atomic>
 
-namespace {
-
-int entriesOf(const QString& directory)
-{
-    return QDir(directory).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
-}
-
-qint64 residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    const bool opened = file.open(QIODevice::ReadOnly);
-    return opened ? file.readAll().split(' ').at(1).toLongLong() * 4096 : 0;
-}
-
-} // namespace
+using processuse::residentBytes;
 
 class tst_CameraReopening final : public QObject
 {
@@ -28,8 +16,8 @@ private slots:
     void opensTwoHundredTimesWithoutLeaking()
     {
         const auto cycle = [] {
-            MyCamera camera;
             std::atomic<int> frames{0};
+            MyCamera camera;
             connect(
                 &camera, &MyCamera::getImage, &camera, [&frames](const QImage&) { ++frames; },
                 Qt::DirectConnection);
@@ -41,14 +29,14 @@ private slots:
         for (int i = 0; i < 20; ++i) {
             cycle();
         }
-        const int threads = entriesOf(QStringLiteral("/proc/self/task"));
-        const int descriptors = entriesOf(QStringLiteral("/proc/self/fd"));
+        const int threads = processuse::threads();
+        const int descriptors = processuse::descriptors();
         const qint64 memory = residentBytes();
         for (int i = 0; i < 200; ++i) {
             cycle();
         }
-        QCOMPARE(entriesOf(QStringLiteral("/proc/self/task")), threads);
-        QCOMPARE(entriesOf(QStringLiteral("/proc/self/fd")), descriptors);
+        QCOMPARE(processuse::threads(), threads);
+        QCOMPARE(processuse::descriptors(), descriptors);
         // One leaked frame an opening would be 250 MB.
         QVERIFY2(residentBytes() - memory < 24'000'000,
                  qPrintable(QString::number(residentBytes() - memory)));

@@ -1,3 +1,4 @@
+#include "ProcessUse.h"
 #include "frames/FrameDelivery.h"
 
 #include <QtTest>
@@ -6,19 +7,13 @@
 #include <mutex>
 #include <thread>
 
+using processuse::residentBytes;
 using zolens::FrameDelivery;
 using namespace std::chrono_literals;
 
 namespace {
 
 const QSize frameSize(320, 240);
-
-qint64 residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    const bool opened = file.open(QIODevice::ReadOnly);
-    return opened ? file.readAll().split(' ').at(1).toLongLong() * 4096 : 0;
-}
 
 /// A device's part: fills a frame with a number and sends it.
 bool send(FrameDelivery& delivery, uint number, const QSize& size = frameSize)

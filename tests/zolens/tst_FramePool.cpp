@@ -1,3 +1,4 @@
+#include "ProcessUse.h"
 #include "frames/FramePool.h"
 
 #include <QtTest>
@@ -5,18 +6,8 @@
 #include <set>
 #include <thread>
 
+using processuse::residentBytes;
 using zolens::FramePool;
-
-namespace {
-
-qint64 residentBytes()
-{
-    QFile file(QStringLiteral("/proc/self/statm"));
-    const bool opened = file.open(QIODevice::ReadOnly);
-    return opened ? file.readAll().split(' ').at(1).toLongLong() * 4096 : 0;
-}
-
-} // namespace
 
 class tst_FramePool final : public QObject
 {

@@ -319,7 +319,7 @@ private slots:
         camera.setAutoExposure(false);
         camera.setProperty(CMProperty_ExposureTime, 100000);
         camera.start(&frames);
-        QVERIFY(frames.waitForFrames(1));
+        QVERIFY(frames.waitForFrames(2)); // The first one has to make the scene.
         const QElapsedTimer timer = started();
         QVERIFY(frames.waitForFrames(5));
         QVERIFY2(timer.elapsed() >= 480, qPrintable(QString::number(timer.elapsed())));
@@ -331,7 +331,7 @@ private slots:
         SimulatedCamera camera(true);
         camera.setPreviewSize(0);
         camera.start(&frames);
-        QVERIFY(frames.waitForFrames(1));
+        QVERIFY(frames.waitForFrames(2));
         const QElapsedTimer timer = started();
         QVERIFY(frames.waitForFrames(60));
         const qint64 elapsed = timer.elapsed();

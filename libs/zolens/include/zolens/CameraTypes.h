@@ -42,7 +42,7 @@ enum CWDeviceClass {
 };
 
 /// Describes one device.
-struct _tag_VideoDeviceInfo
+struct _tag_VideoDeviceInfo // NOLINT(bugprone-reserved-identifier): the interface's own name
 {
     std::int32_t type = 0;  ///< Device class.
     std::int32_t index = 0; ///< Number within the class.

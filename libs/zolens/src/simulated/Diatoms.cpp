@@ -10,8 +10,6 @@ namespace zolens {
 
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
-
 void paintChambers(QPainter& painter, const QPointF& centre, double radius)
 {
     const double spacing = radius / 11;
@@ -20,7 +18,7 @@ void paintChambers(QPainter& painter, const QPointF& centre, double radius)
     for (int ring = 1; ring <= 9; ++ring) {
         const int chambers = 6 * ring;
         for (int i = 0; i < chambers; ++i) {
-            const double angle = 2 * pi * (i + 0.5 * (ring & 1)) / chambers;
+            const double angle = 2 * M_PI * (i + 0.5 * (ring & 1)) / chambers;
             painter.drawEllipse(centre + spacing * ring * QPointF(std::cos(angle), std::sin(angle)),
                                 3.1, 3.1);
         }
@@ -33,6 +31,20 @@ QPainterPath spindle(double length, double width)
     path.cubicTo(-length / 4, -width * 0.72, length / 4, -width * 0.72, length / 2, 0);
     path.cubicTo(length / 4, width * 0.72, -length / 4, width * 0.72, -length / 2, 0);
     return path;
+}
+
+/// On both sides of the seam, clipped by the outline.
+void paintRibs(QPainter& painter, double length, double width)
+{
+    constexpr double spacing = 5.0;
+    constexpr double seam = 3.0;
+    painter.setPen(QPen(QColor(178, 164, 104), 1.5));
+    const int ribs = static_cast<int>(length / spacing);
+    for (int rib = 0; rib <= ribs; ++rib) {
+        const double x = rib * spacing - length / 2;
+        painter.drawLine(QPointF(x, -width), QPointF(x, -seam));
+        painter.drawLine(QPointF(x, seam), QPointF(x, width));
+    }
 }
 
 } // namespace
@@ -61,11 +73,7 @@ void paintPennateDiatom(QPainter& painter, const QPointF& centre, double angle, 
     painter.setBrush(QColor(232, 222, 164));
     painter.drawPath(outline);
     painter.setClipPath(outline);
-    painter.setPen(QPen(QColor(178, 164, 104), 1.5));
-    for (double x = -length / 2; x < length / 2; x += 5) {
-        painter.drawLine(QPointF(x, -width), QPointF(x, -3));
-        painter.drawLine(QPointF(x, 3), QPointF(x, width));
-    }
+    paintRibs(painter, length, width);
     painter.setPen(QPen(QColor(120, 104, 58), 1.6));
     painter.drawLine(QPointF(-length / 2, 0), QPointF(length / 2, 0));
     painter.setPen(Qt::NoPen);

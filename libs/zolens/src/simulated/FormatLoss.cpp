@@ -4,8 +4,9 @@
 
 #include <QRect>
 
+#include <algorithm>
 #include <array>
-#include <utility>
+#include <functional>
 
 namespace zolens {
 
@@ -47,22 +48,23 @@ void setColor(QImage& image, const QRect& group, const Mean& mean)
 }
 
 constexpr int side = 8;
-using Block = std::array<int, side * side>;
+constexpr std::size_t blockPixels = std::size_t{side} * side;
+using Block = std::array<int, blockPixels>;
 
-/// The Walsh-Hadamard transform along one direction; its own inverse but for a factor of 8.
-void transform(Block& block, int along, int across)
+void addAndSubtract(int& a, int& b)
 {
-    for (int line = 0; line < side; ++line) {
-        int* first = block.data() + line * across;
-        for (int half = 1; half < side; half *= 2) {
-            for (int i = 0; i < side; ++i) {
-                if ((i & half) == 0) {
-                    int& a = first[i * along];
-                    int& b = first[(i + half) * along];
-                    const int sum = a + b;
-                    b = a - b;
-                    a = sum;
-                }
+    const int sum = a + b;
+    b = a - b;
+    a = sum;
+}
+
+/// The Walsh-Hadamard transform in both directions; its own inverse but for the number of pixels.
+void transform(Block& block)
+{
+    for (std::size_t half = 1; half < blockPixels; half *= 2) {
+        for (std::size_t i = 0; i < blockPixels; ++i) {
+            if ((i & half) == 0) {
+                addAndSubtract(block[i], block[i + half]);
             }
         }
     }
@@ -70,33 +72,44 @@ void transform(Block& block, int along, int across)
 
 void quantise(Block& block)
 {
-    constexpr int factor = side * side;
     constexpr int coarseness = 10 * side;
-    transform(block, 1, side);
-    transform(block, side, 1);
-    for (std::size_t i = 1; i < block.size(); ++i) {
+    transform(block);
+    for (std::size_t i = 1; i < blockPixels; ++i) {
         block[i] = (block[i] / coarseness) * coarseness;
     }
-    transform(block, 1, side);
-    transform(block, side, 1);
+    transform(block);
     for (int& value : block) {
-        value /= factor;
+        value /= static_cast<int>(blockPixels);
     }
+}
+
+/// What quantising adds to the lightness of each pixel.
+Block lossOf(const QImage& image, int left, int top)
+{
+    Block before;
+    for (int y = 0, i = 0; y < side; ++y) {
+        const QRgb* pixels = row(image, top + y) + left;
+        for (int x = 0; x < side; ++x, ++i) {
+            before[static_cast<std::size_t>(i)] = lightness(pixels[x]) >> 10;
+        }
+    }
+    Block loss = before;
+    quantise(loss);
+    std::transform(loss.begin(), loss.end(), before.begin(), loss.begin(), std::minus<>());
+    return loss;
 }
 
 void quantiseBlock(QImage& image, int left, int top)
 {
-    Block before;
-    for (int i = 0; i < side * side; ++i) {
-        before[i] = lightness(row(std::as_const(image), top + i / side)[left + i % side]) >> 10;
-    }
-    Block after = before;
-    quantise(after);
-    for (int i = 0; i < side * side; ++i) {
-        QRgb& pixel = row(image, top + i / side)[left + i % side];
-        const int shift = after[i] - before[i];
-        pixel = qRgb(inByte(qRed(pixel) + shift), inByte(qGreen(pixel) + shift),
-                     inByte(qBlue(pixel) + shift));
+    const Block loss = lossOf(image, left, top);
+    auto shift = loss.begin();
+    for (int y = 0; y < side; ++y) {
+        QRgb* pixels = row(image, top + y) + left;
+        for (int x = 0; x < side; ++x, ++shift) {
+            const QRgb pixel = pixels[x];
+            pixels[x] = qRgb(inByte(qRed(pixel) + *shift), inByte(qGreen(pixel) + *shift),
+                             inByte(qBlue(pixel) + *shift));
+        }
     }
 }
 

@@ -4,12 +4,6 @@
 
 namespace zolens {
 
-namespace {
-
-constexpr double pi = 3.14159265358979323846;
-
-} // namespace
-
 double between(double low, double high, std::uint32_t key, std::uint32_t salt)
 {
     return low + (high - low) * unitHashOf(key, salt);
@@ -20,7 +14,7 @@ QPainterPath blob(const QPointF& centre, double radius, double unevenness, std::
     constexpr int corners = 9;
     QPolygonF points;
     for (int i = 0; i < corners; ++i) {
-        const double angle = 2 * pi * i / corners;
+        const double angle = 2 * M_PI * i / corners;
         const double reach = radius * (1 + unevenness * between(-1, 1, key, 40 + i));
         points << centre + reach * QPointF(std::cos(angle), std::sin(angle));
     }

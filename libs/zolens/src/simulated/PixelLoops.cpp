@@ -71,7 +71,7 @@ void adjustDetail(QImage& image, int amount)
 {
     const QImage source = image.copy();
     const int bytes = image.width() * channels;
-    std::vector<int> sums(static_cast<std::size_t>(bytes) + 2 * channels);
+    std::vector<int> sums(static_cast<std::size_t>(bytes + 2 * channels));
     for (int y = 0; y < image.height(); ++y) {
         const uchar* middle = source.constScanLine(y);
         sumColumns(source.constScanLine(std::max(y - 1, 0)), middle,

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 namespace zolens {
 
@@ -31,10 +32,8 @@ bool isPosition(int index, std::size_t count)
 
 std::vector<int> numbersBelow(int count)
 {
-    std::vector<int> numbers;
-    for (int number = 0; number < count; ++number) {
-        numbers.push_back(number);
-    }
+    std::vector<int> numbers(static_cast<std::size_t>(count));
+    std::iota(numbers.begin(), numbers.end(), 0);
     return numbers;
 }
 

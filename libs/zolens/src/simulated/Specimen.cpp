@@ -15,7 +15,6 @@ namespace zolens {
 
 namespace {
 
-constexpr double pi = 3.14159265358979323846;
 constexpr double goldenSection = 0.61803398875; ///< Steps of it spread evenly around.
 
 void paintCell(QPainter& painter)
@@ -28,7 +27,7 @@ void paintCell(QPainter& painter)
     painter.setPen(QPen(QColor(104, 150, 76), 1.2));
     painter.setBrush(QColor(140, 188, 96));
     for (std::uint32_t i = 0; i < 26; ++i) {
-        const double along = 2 * pi * goldenSection * i;
+        const double along = 2 * M_PI * goldenSection * i;
         const double reach = between(0.5, 0.96, i, 71);
         const QPointF place(std::cos(along) * (area.width() / 2 - 16) * reach,
                             std::sin(along) * (area.height() / 2 - 16) * reach);

@@ -12,7 +12,7 @@ namespace zolens {
 namespace {
 
 constexpr double tissueSpacing = 60.0;
-const QPointF tissueMiddle(-700, 260);
+constexpr QPointF tissueMiddle(-700, 260);
 
 std::uint32_t tissueKey(int column, int row)
 {
