@@ -442,10 +442,12 @@ void GraphicsView::sceneChanged(const QList<QRectF>& region)
     constexpr int manyRects = 50;
     if (region.size() > manyRects) {
         toolLayer.invalidateAll();
+        viewport()->update();
         return;
     }
     for (const QRectF& rect : region)
         toolLayer.invalidate(mapFromScene(rect).boundingRect());
+    viewport()->update(toolLayer.invalidateMoved());
 }
 
 void GraphicsView::paintEvent(QPaintEvent* event)

@@ -21,8 +21,9 @@ class QTouchEvent;
 ///
 /// Painting. A frame repaints the viewport alone: the picture is drawn straight to it, and the
 /// tools come from a ToolLayer, which is redrawn only where an item changed. The scene's `changed`
-/// signal tells where; a new transform, viewport size or scroll position redraws the whole layer,
-/// so that outlines whose size depends on the zoom leave no trail.
+/// signal and the places that the layer remembers tell where; a new transform, viewport size or
+/// scroll position redraws the whole layer, so that outlines whose size depends on the zoom leave
+/// no trail.
 class GraphicsView final : public QGraphicsView
 {
     Q_OBJECT

@@ -1,5 +1,7 @@
 #include "canvas/ToolLayer.h"
 
+#include "measure/PrimitiveGeneralTool.h"
+
 #include <QGraphicsItem>
 #include <QGraphicsView>
 #include <QPainter>
@@ -20,6 +22,14 @@ QStyleOptionGraphicsItem styleOption(const QGraphicsItem& item)
     option.exposedRect = item.boundingRect();
     option.rect = option.exposedRect.toAlignedRect();
     return option;
+}
+
+/// What an item paints, in its coordinates.
+QRectF paintedRect(const QGraphicsItem& item)
+{
+    return Primitive::isGeneralTool(&item)
+               ? static_cast<const PrimitiveGeneralTool&>(item).paintedRect()
+               : item.boundingRect();
 }
 
 } // namespace
@@ -63,9 +73,50 @@ void ToolLayer::followView()
     }
 }
 
+/// Empty for an item that does not show.
+QRect ToolLayer::placeOf(const QGraphicsItem& item) const
+{
+    if (!item.isVisible())
+        return {};
+    const QRectF place = item.deviceTransform(transform).mapRect(paintedRect(item));
+    return place.toAlignedRect().adjusted(-antialiasingMargin, -antialiasingMargin,
+                                          antialiasingMargin, antialiasingMargin);
+}
+
+QRegion ToolLayer::invalidateMoved()
+{
+    // Many small places cost more to keep apart than to draw as one.
+    constexpr int manyPlaces = 50;
+    followView();
+    QVector<QRect> moved;
+    QHash<const QGraphicsItem*, QRect> present;
+    const auto items = view.scene()->items();
+    present.reserve(items.size());
+    for (const QGraphicsItem* item : items) {
+        const QRect place = placeOf(*item);
+        const QRect before = places.take(item);
+        if (place != before)
+            moved << before << place;
+        present.insert(item, place);
+    }
+    for (const QRect& left : qAsConst(places))
+        moved << left;
+    places.swap(present);
+    if (moved.size() > manyPlaces)
+        invalidateAll();
+    if (allDirty)
+        return view.viewport()->rect();
+    QRegion region;
+    for (const QRect& place : qAsConst(moved))
+        region += place;
+    dirty += region;
+    return region;
+}
+
 void ToolLayer::refresh()
 {
     const QRect whole = view.viewport()->rect();
+    invalidateMoved();
     if (allDirty)
         dirty = whole;
     dirty &= whole;
@@ -73,7 +124,12 @@ void ToolLayer::refresh()
     clearDirty(&painter);
     painter.setRenderHints(view.renderHints());
 
-    const QRectF area = view.mapToScene(dirty.boundingRect()).boundingRect();
+    // An item may paint beyond its bounding rectangle, by which the scene finds it.
+    QRect reach = dirty.boundingRect();
+    for (const QRect& place : qAsConst(places))
+        if (dirty.intersects(place))
+            reach |= place;
+    const QRectF area = view.mapToScene(reach).boundingRect();
     const auto items =
         view.scene()->items(area, Qt::IntersectsItemBoundingRect, Qt::AscendingOrder, transform);
     for (QGraphicsItem* item : items)
@@ -97,17 +153,14 @@ void ToolLayer::clearDirty(QPainter* painter)
 
 void ToolLayer::paintItem(QPainter* painter, QGraphicsItem* item)
 {
-    const QTransform toViewport = item->deviceTransform(transform);
-    const QRect place = toViewport.mapRect(item->boundingRect()).toAlignedRect();
-    const QRect touched = place.adjusted(-antialiasingMargin, -antialiasingMargin,
-                                         antialiasingMargin, antialiasingMargin);
-    if (!dirty.intersects(touched))
+    const QRect place = places.value(item);
+    if (!dirty.intersects(place))
         return;
     const QStyleOptionGraphicsItem option = styleOption(*item);
     painter->save();
-    painter->setTransform(toViewport);
+    painter->setTransform(item->deviceTransform(transform));
     painter->setOpacity(item->effectiveOpacity());
     item->paint(painter, &option, view.viewport());
     painter->restore();
-    content |= touched & view.viewport()->rect();
+    content |= place & view.viewport()->rect();
 }

@@ -67,55 +67,55 @@ void PrimitiveGeneralTool::setUp(const QPointF& pos, bool positionless)
 void PrimitiveGeneralTool::setLineWidth(int width)
 {
     lineWidth = width;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setLineColor(const QColor& color)
 {
     lineColor = color;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setLinePenStyle(Qt::PenStyle style)
 {
     linePenStyle = style;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setFillColor(const QColor& color)
 {
     fillColor = color;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setDimensionAngularRadius(double radius)
 {
     dimensionAngularRadius = radius;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointRadius(double radius)
 {
     ctrlPointRadius = radius;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointBorderWidth(double width)
 {
     ctrlPointBorderWidth = static_cast<int>(width);
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointBorderColor(const QColor& color)
 {
     ctrlPointBorderColor = color;
-    update();
+    updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointFillColor(const QColor& color)
 {
     ctrlPointFillColor = color;
-    update();
+    updatePainted();
 }
 
 QHash<QString, QVariant> PrimitiveGeneralTool::attributes() const
@@ -164,6 +164,7 @@ bool PrimitiveGeneralTool::movePoint(int index, const QPointF& scenePos)
     if (index < 0 || index >= points.size())
         return false;
     prepareGeometryChange();
+    updatePainted();
     const QPointF target = mapFromScene(scenePos);
     ControlPoint& point = points[index];
     if (point.movesX)
@@ -246,6 +247,20 @@ QRectF PrimitiveGeneralTool::boundingRect() const
         bottom = std::max(bottom, point.pos.y());
     }
     return withPointMargin(QRectF(QPointF(left, top), QPointF(right, bottom)));
+}
+
+QRectF PrimitiveGeneralTool::paintedRect() const
+{
+    const double margin = std::max(lineWidth, ctrlPointBorderWidth) * std::abs(penScale());
+    const QRectF discs = PrimitiveGeneralTool::boundingRect();
+    return (boundingRect() | discs).adjusted(-margin, -margin, margin, margin);
+}
+
+void PrimitiveGeneralTool::updatePainted()
+{
+    update();
+    if (scene())
+        scene()->update(mapRectToScene(paintedRect()));
 }
 
 QRectF PrimitiveGeneralTool::withPointMargin(const QRectF& rect) const
@@ -393,6 +408,7 @@ QVariant PrimitiveGeneralTool::itemChange(GraphicsItemChange change, const QVari
         qDebug().noquote() << QLatin1String(metaObject()->className()) +
                                   QLatin1String(": itemSelectedHasChanged ")
                            << value.toBool();
+        updatePainted();
         emit itemSelectedHasChanged(this, value.toBool());
         break;
     case ItemSceneHasChanged:

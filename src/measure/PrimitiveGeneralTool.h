@@ -91,6 +91,9 @@ public:
 
     QRectF boundingRect() const override;
     QPainterPath shape() const override;
+    /// Where the tool paints, item coordinates: line widths and all discs reach beyond the bounding
+    /// rectangle, which clamps and finds the tool.
+    QRectF paintedRect() const;
 
 signals:
     void itemSelectedHasChanged(QGraphicsObject* object, bool selected);
@@ -148,6 +151,8 @@ protected:
 
 private:
     void setUp(const QPointF& pos, bool positionless);
+    /// Has all that the tool paints drawn anew.
+    void updatePainted();
     QPointF insideScene(const QPointF& newPos) const;
     void showCursorFor(const QGraphicsSceneHoverEvent& event);
 };

@@ -100,6 +100,38 @@ private slots:
         QCOMPARE(shown.pixelColor(110, 110), QColor(Qt::red));
     }
 
+    void findsWhatMovedByItself()
+    {
+        auto* child = new Square(QPointF(100, 0), Qt::yellow);
+        child->setParentItem(red);
+        paint();
+        red->setPos(40, 100);
+        const QRegion moved = layer->invalidateMoved();
+        for (const QPoint& at :
+             {QPoint(50, 50), QPoint(50, 110), QPoint(150, 50), QPoint(150, 110)})
+            QVERIFY(moved.contains(at));
+        QVERIFY(!moved.contains(QPoint(210, 210)));
+        const QImage shown = paint();
+        QCOMPARE(shown.pixelColor(50, 50), QColor(Qt::green));
+        QCOMPARE(shown.pixelColor(150, 50), QColor(Qt::green));
+        QCOMPARE(shown.pixelColor(50, 110), QColor(Qt::red));
+        QCOMPARE(shown.pixelColor(150, 110), QColor(Qt::yellow));
+        QVERIFY(layer->invalidateMoved().isEmpty());
+    }
+
+    void findsWhatHasGoneByItself()
+    {
+        paint();
+        delete red;
+        blue->setVisible(false);
+        const QRegion moved = layer->invalidateMoved();
+        QVERIFY(moved.contains(QPoint(50, 50)));
+        QVERIFY(moved.contains(QPoint(210, 210)));
+        const QImage shown = paint();
+        QCOMPARE(shown.pixelColor(50, 50), QColor(Qt::green));
+        QCOMPARE(shown.pixelColor(210, 210), QColor(Qt::green));
+    }
+
     void isDrawnAnewAfterAZoom()
     {
         paint();

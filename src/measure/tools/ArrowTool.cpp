@@ -77,17 +77,20 @@ void PrimitiveToolArrow::moveWing(int index, const QPointF& scenePos, const QLin
         points[SecondWing] = ControlPoint(wings[1], true, true);
 }
 
-/// An arrow without length has no outline.
+/// Before there is a place for the head, the arrow is a line from tail to tip.
 void PrimitiveToolArrow::rebuildArrowPath()
 {
     const QPointF& tail = pointAt(Tail);
+    const QPointF& tip = pointAt(Tip);
+    path = QPainterPath();
+    if (QLineF(tail, headBase).isNull()) {
+        path.moveTo(tail);
+        path.lineTo(tip);
+        return;
+    }
     const auto shaft = perpendicularOffsets(shaftHalfWidth, tail, headBase);
     const auto head = perpendicularOffsets(2.0 * shaftHalfWidth, tail, headBase);
-    path = QPainterPath();
-    if (QLineF(tail, headBase).isNull())
-        return;
-    path.addPolygon(
-        QPolygonF({shaft[2], shaft[0], head[0], pointAt(Tip), head[1], shaft[1], shaft[3]}));
+    path.addPolygon(QPolygonF({shaft[2], shaft[0], head[0], tip, head[1], shaft[1], shaft[3]}));
     path.closeSubpath();
 }
 
