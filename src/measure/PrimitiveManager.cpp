@@ -26,11 +26,6 @@ PrimitiveGeneralTool* toGeneralTool(QGraphicsItem* item)
     return Primitive::isGeneralTool(item) ? static_cast<PrimitiveGeneralTool*>(item) : nullptr;
 }
 
-PrimitiveDimensionTool* toDimensionTool(QGraphicsItem* item)
-{
-    return Primitive::isDimensionTool(item) ? static_cast<PrimitiveDimensionTool*>(item) : nullptr;
-}
-
 QGraphicsItem* toTextTool(QGraphicsItem* item)
 {
     return Primitive::isTextTool(item) ? item : nullptr;
@@ -187,7 +182,7 @@ bool PrimitiveManager::finishCurrentTool()
     auto* text = static_cast<QGraphicsTextItem*>(item);
     if (!text->toPlainText().isEmpty())
         return leaveEditing(*text);
-    tools.removeOne(item);
+    tools.remove({item});
     graphicsScene->removeItem(item);
     text->deleteLater();
     return true;
@@ -221,11 +216,11 @@ QGraphicsItem* PrimitiveManager::addTool(QGraphicsItem* item)
 {
     if (!item)
         return nullptr;
-    tools.append(item);
     if (PrimitiveGeneralTool* tool = toGeneralTool(item)) {
         addGeneralTool(tool);
         return item;
     }
+    tools.add(item);
     graphicsScene->addItem(item);
     item->setSelected(true);
     if (item->type() == ToolType::Counter)
@@ -237,7 +232,8 @@ void PrimitiveManager::addGeneralTool(PrimitiveGeneralTool* tool)
 {
     if (!tool->isFinished())
         construction = tool;
-    if (PrimitiveDimensionTool* measuring = toDimensionTool(tool)) {
+    if (Primitive::isDimensionTool(tool)) {
+        auto* measuring = static_cast<PrimitiveDimensionTool*>(tool);
         // Every dimension tool has one row.
         const int row = model->rowCount();
         model->insertRow(row);
@@ -245,6 +241,7 @@ void PrimitiveManager::addGeneralTool(PrimitiveGeneralTool* tool)
         measuring->updateDimensions();
         measuring->refreshLabelText();
     }
+    tools.add(tool);
     graphicsScene->addItem(tool);
     tool->setSelected(true);
 }
@@ -268,16 +265,14 @@ void PrimitiveManager::removeTools(const QVector<PrimitiveGeneralTool*>& general
     for (QGraphicsItem* item : text)
         gone.insert(item);
 
+    removing = true;
     removeRows(rows);
-    tools.erase(std::remove_if(tools.begin(), tools.end(),
-                               [&](QGraphicsItem* item) { return gone.contains(item); }),
-                tools.end());
-    removingMany = true;
+    tools.remove(gone);
     for (QGraphicsItem* item : qAsConst(gone)) {
         graphicsScene->removeItem(item);
         delete item;
     }
-    removingMany = false;
+    removing = false;
     editSelection();
     renumberTools();
     renumberCounters();
@@ -300,7 +295,7 @@ void PrimitiveManager::removeRows(QVector<int> rows)
 void PrimitiveManager::renumberTools()
 {
     int id = 0;
-    for (PrimitiveDimensionTool* tool : dimensionTools(Qt::AscendingOrder)) {
+    for (PrimitiveDimensionTool* tool : tools.dimensionTools()) {
         if (tool->id() != id)
             tool->setToolId(id);
         ++id;
@@ -310,7 +305,7 @@ void PrimitiveManager::renumberTools()
 void PrimitiveManager::renumberCounters()
 {
     int number = 0;
-    for (QGraphicsItem* item : qAsConst(tools)) {
+    for (QGraphicsItem* item : tools.textTools()) {
         if (item->type() != ToolType::Counter)
             continue;
         qDebug() << "refreshToolTextCounterId" << item;
@@ -355,17 +350,17 @@ void PrimitiveManager::deleteSelectedTools()
 
 QVector<PrimitiveGeneralTool*> PrimitiveManager::generalTools(Qt::SortOrder order) const
 {
-    return ordered(collect(tools, toGeneralTool), order);
+    return ordered(tools.generalTools(), order);
 }
 
 QVector<PrimitiveDimensionTool*> PrimitiveManager::dimensionTools(Qt::SortOrder order) const
 {
-    return ordered(collect(tools, toDimensionTool), order);
+    return ordered(tools.dimensionTools(), order);
 }
 
 QVector<QGraphicsItem*> PrimitiveManager::textTools(Qt::SortOrder order) const
 {
-    return ordered(collect(tools, toTextTool), order);
+    return ordered(tools.textTools(), order);
 }
 
 QVector<PrimitiveGeneralTool*> PrimitiveManager::selectedGeneralTools() const
@@ -388,12 +383,8 @@ PrimitiveGeneralTool* PrimitiveManager::currentTool() const
 
 void PrimitiveManager::selectToolById(int id, bool selected)
 {
-    for (PrimitiveDimensionTool* tool : dimensionTools(Qt::DescendingOrder)) {
-        if (tool->id() == id) {
-            tool->setSelected(selected);
-            return;
-        }
-    }
+    if (PrimitiveDimensionTool* tool = tools.toolOfRow(id))
+        tool->setSelected(selected);
 }
 
 void PrimitiveManager::updateScene()
@@ -433,7 +424,7 @@ void PrimitiveManager::freezeScale(bool on)
 
 void PrimitiveManager::itemSelectedHasChanged(QGraphicsObject* object, bool selected)
 {
-    if (!removingMany)
+    if (!removing)
         editSelection();
     if (!selected && object == construction)
         QMetaObject::invokeMethod(this, &PrimitiveManager::settleConstruction,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "calibration/PrimitiveCalibration.h"
+#include "measure/ToolList.h"
 
 #include <QHash>
 #include <QObject>
@@ -13,9 +14,6 @@
 
 class GraphicsScene;
 class PrimitiveDimensionModel;
-class PrimitiveGeneralTool;
-class PrimitiveDimensionTool;
-class QGraphicsItem;
 class QGraphicsObject;
 class QGraphicsSceneMouseEvent;
 class ToolAttributeEditor;
@@ -136,7 +134,7 @@ private:
     QString unitKey;
     bool calibrating = false;
     double frozenScale = -1.0;
-    QVector<QGraphicsItem*> tools; ///< In stacking order: the order in which they were added.
+    ToolList tools;
     QPointer<PrimitiveGeneralTool> construction; ///< The last tool that was added unfinished.
-    bool removingMany = false;
+    bool removing = false; ///< The editor hears of its target once, when all tools are gone.
 };
