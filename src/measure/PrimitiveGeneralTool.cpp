@@ -90,12 +90,14 @@ void PrimitiveGeneralTool::setFillColor(const QColor& color)
 
 void PrimitiveGeneralTool::setDimensionAngularRadius(double radius)
 {
+    prepareGeometryChange();
     dimensionAngularRadius = radius;
     updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointRadius(double radius)
 {
+    prepareGeometryChange();
     ctrlPointRadius = radius;
     updatePainted();
 }

@@ -9,6 +9,10 @@ namespace {
 
 const QString angleKey = QStringLiteral("angle");
 
+/// Farther than any picture reaches, and near enough to be counted in pixels at every zoom. Nearly
+/// parallel lines meet beyond.
+const QRectF reach(-1e6, -1e6, 2e6, 2e6);
+
 QRectF squareAround(const QPointF& centre, double radius)
 {
     return {centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius};
@@ -90,7 +94,8 @@ QRectF PrimitiveToolAngle4::boundingRect() const
     const QRectF general = PrimitiveGeneralTool::boundingRect();
     if (pointCount() < minPointCount() || intersectionKind == QLineF::NoIntersection)
         return general;
-    return squareAround(intersection, dimensionAngularRadius * penScale()) | general;
+    const QRectF arc = squareAround(intersection, dimensionAngularRadius * penScale());
+    return ((arc | general) & reach) | general;
 }
 
 void PrimitiveToolAngle4::paint(QPainter* painter, const QStyleOptionGraphicsItem* option, QWidget*)

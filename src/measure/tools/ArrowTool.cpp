@@ -94,9 +94,11 @@ void PrimitiveToolArrow::rebuildArrowPath()
     path.closeSubpath();
 }
 
+/// Without an outline there are still the points, whose discs show.
 QRectF PrimitiveToolArrow::boundingRect() const
 {
-    return withPointMargin(path.boundingRect());
+    return path.isEmpty() ? PrimitiveGeneralTool::boundingRect()
+                          : withPointMargin(path.boundingRect());
 }
 
 QPainterPath PrimitiveToolArrow::shape() const

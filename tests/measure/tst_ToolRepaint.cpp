@@ -1,0 +1,168 @@
+#include "measure/PrimitiveDimensionLabel.h"
+#include "support/CanvasFixture.h"
+
+/// The view redraws only what the tools announce. After any change the picture must be the one that
+/// drawing everything anew gives: anything else is a trail.
+class tst_ToolRepaint : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init() { canvas = std::make_unique<CanvasFixture>(); }
+    void cleanup() { canvas.reset(); }
+
+    void whileDrawing_data()
+    {
+        QTest::addColumn<int>("type");
+        QTest::newRow("line") << ToolType::Line;
+        QTest::newRow("polyline") << ToolType::Polyline;
+        QTest::newRow("polygon") << ToolType::Polygon;
+        QTest::newRow("angle") << ToolType::Angle;
+        QTest::newRow("angle by four points") << ToolType::Angle4;
+        QTest::newRow("arrow") << ToolType::Arrow;
+    }
+
+    void whileDrawing()
+    {
+        QFETCH(int, type);
+        canvas->startDrawing(type);
+        for (const QPointF& corner : {QPointF(100, 100), QPointF(400, 120), QPointF(350, 400),
+                                      QPointF(120, 300), QPointF(500, 60)}) {
+            for (const QPointF& away : {QPointF(90, -20), QPointF(-60, 50), QPointF()}) {
+                canvas->move(corner + away);
+                QVERIFY(!leavesTrail());
+            }
+            canvas->click(corner);
+            QVERIFY(!leavesTrail());
+        }
+    }
+
+    void aZoomWithinTheFirstMoveOfAnArrow()
+    {
+        canvas->startDrawing(ToolType::Arrow);
+        canvas->click(QPointF(200, 200));
+        canvas->move(QPointF(300, 260));
+        canvas->view.zoomByScale(2.0);
+        QVERIFY(!leavesTrail());
+        canvas->move(QPointF(280, 180));
+        QVERIFY(!leavesTrail());
+    }
+
+    void whileAdjusting()
+    {
+        canvas->draw(ToolType::Angle4,
+                     {QPointF(100, 100), QPointF(200, 120), QPointF(300, 100), QPointF(300, 200)});
+        canvas->startSelecting();
+        canvas->drag(QPointF(300, 200), QPointF(330, 250));
+        QVERIFY(!leavesTrail());
+        canvas->drag(QPointF(150, 110), QPointF(190, 160));
+        QVERIFY(!leavesTrail());
+        canvas->scene()->clearSelection();
+        QVERIFY(!leavesTrail());
+    }
+
+    void nearlyParallelLines()
+    {
+        canvas->draw(ToolType::Angle4,
+                     {QPointF(100, 100), QPointF(500, 100), QPointF(100, 200), QPointF(500, 201)});
+        PrimitiveGeneralTool* tool = canvas->newest();
+        for (const double y : {200.1, 200.00001, 200.000000001, 200.0}) {
+            tool->moveControlPoint(3, QPointF(500, y));
+            QVERIFY(!leavesTrail());
+            QVERIFY(isDrawnAt(QPointF(300, 100)));
+        }
+    }
+
+    void aSmallerDisc()
+    {
+        PrimitiveGeneralTool* line =
+            canvas->draw(ToolType::Line, {QPointF(100, 100), QPointF(300, 100)});
+        line->setCtrlPointRadius(30.0);
+        QVERIFY(!leavesTrail());
+        line->setCtrlPointRadius(3.0);
+        QVERIFY(!leavesTrail());
+    }
+
+    void aSmallerArc()
+    {
+        PrimitiveGeneralTool* angle = canvas->draw(
+            ToolType::Angle, {QPointF(200, 100), QPointF(190, 110), QPointF(180, 110)});
+        angle->setDimensionAngularRadius(80.0);
+        QVERIFY(!leavesTrail());
+        angle->setDimensionAngularRadius(10.0);
+        QVERIFY(!leavesTrail());
+    }
+
+    void otherAttributes()
+    {
+        PrimitiveGeneralTool* line =
+            canvas->draw(ToolType::Line, {QPointF(100, 100), QPointF(300, 100)});
+        auto attributes = line->attributes();
+        attributes[QStringLiteral("ctrlPointRadius")] = 20.0;
+        attributes[QStringLiteral("dimensionFont")] = QFont(QStringLiteral("Arial"), 40);
+        line->setAttributes(attributes);
+        QVERIFY(!leavesTrail());
+        attributes[QStringLiteral("ctrlPointRadius")] = 4.0;
+        attributes[QStringLiteral("dimensionFont")] = QFont(QStringLiteral("Arial"), 8);
+        attributes[QStringLiteral("dimensionTextBackgroundColor")] = QColor(Qt::red);
+        line->setAttributes(attributes);
+        QVERIFY(!leavesTrail());
+    }
+
+    void anotherCalibration()
+    {
+        canvas->draw(ToolType::Line, {QPointF(100, 100), QPointF(300, 100)});
+        const QString unit = QStringLiteral("0_nm");
+        canvas->manager()->setCalibration({QStringLiteral("10X"), 1.2345e-6, QString(), unit},
+                                          unit);
+        QVERIFY(!leavesTrail());
+        canvas->manager()->setCalibration({QStringLiteral("1X"), 1e-9, QString(), unit}, unit);
+        QVERIFY(!leavesTrail());
+    }
+
+    void deletingAndRenumbering()
+    {
+        for (int i = 0; i < 12; ++i)
+            canvas->draw(ToolType::Line, {QPointF(50, 30 + 30 * i), QPointF(250, 30 + 30 * i)});
+        canvas->manager()->removeTool(canvas->manager()->generalTools(Qt::AscendingOrder).first());
+        QVERIFY(!leavesTrail());
+        canvas->manager()->deleteAllTools(true);
+        QVERIFY(!leavesTrail());
+    }
+
+    void zoomingAndScrolling()
+    {
+        canvas->draw(ToolType::Angle, {QPointF(100, 100), QPointF(300, 200), QPointF(300, 100)});
+        for (const double scale : {4.0, 0.25, 8.0, 1.0}) {
+            canvas->view.zoomByScale(scale);
+            QVERIFY(!leavesTrail());
+            canvas->view.centerOn(300, 200);
+            QVERIFY(!leavesTrail());
+        }
+    }
+
+private:
+    QImage shown()
+    {
+        QCoreApplication::processEvents();
+        return canvas->view.viewport()->grab().toImage();
+    }
+
+    bool leavesTrail()
+    {
+        const QImage partly = shown();
+        canvas->view.toggleAntialiasing(true); // The view draws everything anew.
+        return shown() != partly;
+    }
+
+    bool isDrawnAt(const QPointF& scenePos)
+    {
+        const QPoint at = canvas->view.mapFromScene(scenePos);
+        return shown().pixelColor(at) != QColor(40, 60, 80);
+    }
+
+    std::unique_ptr<CanvasFixture> canvas;
+};
+
+QTEST_MAIN(tst_ToolRepaint)
+#include "tst_ToolRepaint.moc"
