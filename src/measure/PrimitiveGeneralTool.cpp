@@ -1,6 +1,7 @@
 #include "measure/PrimitiveGeneralTool.h"
 
 #include "canvas/GraphicsScene.h"
+#include "measure/FiniteNumbers.h"
 #include "measure/Geometry.h"
 #include "measure/PrimitiveManager.h"
 #include "preferences/AttributeKeys.h"
@@ -76,6 +77,12 @@ void PrimitiveGeneralTool::setLineColor(const QColor& color)
     updatePainted();
 }
 
+Qt::PenStyle PrimitiveGeneralTool::getLinePenStyle() const
+{
+    const bool known = linePenStyle >= Qt::NoPen && linePenStyle <= Qt::DashDotDotLine;
+    return known ? static_cast<Qt::PenStyle>(linePenStyle) : Qt::SolidLine;
+}
+
 void PrimitiveGeneralTool::setLinePenStyle(Qt::PenStyle style)
 {
     linePenStyle = style;
@@ -91,20 +98,20 @@ void PrimitiveGeneralTool::setFillColor(const QColor& color)
 void PrimitiveGeneralTool::setDimensionAngularRadius(double radius)
 {
     prepareGeometryChange();
-    dimensionAngularRadius = radius;
+    dimensionAngularRadius = finiteOrZero(radius);
     updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointRadius(double radius)
 {
     prepareGeometryChange();
-    ctrlPointRadius = radius;
+    ctrlPointRadius = finiteOrZero(radius);
     updatePainted();
 }
 
 void PrimitiveGeneralTool::setCtrlPointBorderWidth(double width)
 {
-    ctrlPointBorderWidth = static_cast<int>(width);
+    ctrlPointBorderWidth = wholePixels(width);
     updatePainted();
 }
 
@@ -294,8 +301,8 @@ QPainterPath PrimitiveGeneralTool::shapeAround(const QPainterPath& outline) cons
 
 QPen PrimitiveGeneralTool::outlinePen() const
 {
-    return QPen(QBrush(lineColor), lineWidth * penScale(), static_cast<Qt::PenStyle>(linePenStyle),
-                Qt::SquareCap, Qt::BevelJoin);
+    return QPen(QBrush(lineColor), lineWidth * penScale(), getLinePenStyle(), Qt::SquareCap,
+                Qt::BevelJoin);
 }
 
 QPen PrimitiveGeneralTool::guidePen() const

@@ -59,7 +59,8 @@ public:
     void setLineWidth(int width);
     QColor getLineColor() const { return lineColor; }
     void setLineColor(const QColor& color);
-    Qt::PenStyle getLinePenStyle() const { return static_cast<Qt::PenStyle>(linePenStyle); }
+    /// A stored number that is no pen style counts as a solid line.
+    Qt::PenStyle getLinePenStyle() const;
     void setLinePenStyle(Qt::PenStyle style);
     QColor getFillColor() const { return fillColor; }
     void setFillColor(const QColor& color);

@@ -1,23 +1,13 @@
 #include "measure/tools/ArrowTool.h"
 
+#include "measure/FiniteNumbers.h"
 #include "measure/Geometry.h"
 
 #include <QPainter>
 
-#include <algorithm>
-#include <cmath>
-
 namespace {
 
 enum Point { Tail = 0, FirstWing = 1, SecondWing = 2, Tip = 3 };
-
-constexpr double largestWidth = 1e6;
-
-/// Cut to whole pixels; a width that is not finite becomes none.
-int wholePixels(double width)
-{
-    return std::isfinite(width) ? static_cast<int>(std::min(width, largestWidth)) : 0;
-}
 
 /// Whether the foot of the perpendicular from `point` lies on the line between its ends. Tested by
 /// the parameter of the foot: its rounded coordinates may lie beside the line.
