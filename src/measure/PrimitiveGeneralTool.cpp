@@ -292,6 +292,8 @@ QPainterPath PrimitiveGeneralTool::shape() const
 QPainterPath PrimitiveGeneralTool::shapeAround(const QPainterPath& outline) const
 {
     QPainterPath sensitive = shapeFromPath(outline, outlinePen(), 2 * lineWidth * penScale());
+    // Where discs overlap, both count.
+    sensitive.setFillRule(Qt::WindingFill);
     const double radius = ctrlPointRadius * penScale();
     for (const ControlPoint& point : points)
         if (isFinite(point.pos))
