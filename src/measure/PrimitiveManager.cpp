@@ -5,6 +5,7 @@
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
 #include "measure/PrimitiveDimensionTool.h"
+#include "measure/TextEditing.h"
 #include "measure/ToolAttributeEditor.h"
 #include "measure/ToolFactory.h"
 #include "preferences/ToolAttributes.h"
@@ -15,7 +16,6 @@
 #include <QGraphicsSceneMouseEvent>
 #include <QGraphicsTextItem>
 #include <QMessageBox>
-#include <QTextCursor>
 
 #include <algorithm>
 
@@ -51,25 +51,12 @@ List ordered(List ascending, Qt::SortOrder order)
     return ascending;
 }
 
-/// Ends the editing of a text; false when it was not being edited.
-bool leaveEditing(QGraphicsTextItem& text)
-{
-    if (!text.textInteractionFlags().testFlag(Qt::TextEditorInteraction))
-        return false;
-    text.setTextInteractionFlags(Qt::NoTextInteraction);
-    QTextCursor cursor = text.textCursor();
-    cursor.clearSelection();
-    text.setTextCursor(cursor);
-    text.clearFocus();
-    text.setSelected(false);
-    return true;
-}
-
 } // namespace
 
 PrimitiveManager::PrimitiveManager(GraphicsScene* scene)
     : graphicsScene(scene),
-      model(std::make_unique<PrimitiveDimensionModel>())
+      model(std::make_unique<PrimitiveDimensionModel>()),
+      tools(*scene, *model)
 {
     const auto& calibrations = PrimitiveCalibrationModel::instance();
     if (calibrations.rowCount() > 0) {
@@ -182,9 +169,7 @@ bool PrimitiveManager::finishCurrentTool()
     auto* text = static_cast<QGraphicsTextItem*>(item);
     if (!text->toPlainText().isEmpty())
         return leaveEditing(*text);
-    tools.remove({item});
-    graphicsScene->removeItem(item);
-    text->deleteLater();
+    removeTools({}, {text});
     return true;
 }
 
@@ -216,34 +201,12 @@ QGraphicsItem* PrimitiveManager::addTool(QGraphicsItem* item)
 {
     if (!item)
         return nullptr;
-    if (PrimitiveGeneralTool* tool = toGeneralTool(item)) {
-        addGeneralTool(tool);
-        return item;
-    }
-    tools.add(item);
-    graphicsScene->addItem(item);
-    item->setSelected(true);
-    if (item->type() == ToolType::Counter)
-        renumberCounters();
-    return item->type() == ToolType::Text ? nullptr : item;
-}
-
-void PrimitiveManager::addGeneralTool(PrimitiveGeneralTool* tool)
-{
-    if (!tool->isFinished())
+    PrimitiveGeneralTool* tool = toGeneralTool(item);
+    if (tool && !tool->isFinished())
         construction = tool;
-    if (Primitive::isDimensionTool(tool)) {
-        auto* measuring = static_cast<PrimitiveDimensionTool*>(tool);
-        // Every dimension tool has one row.
-        const int row = model->rowCount();
-        model->insertRow(row);
-        measuring->setToolId(row);
-        measuring->updateDimensions();
-        measuring->refreshLabelText();
-    }
-    tools.add(tool);
-    graphicsScene->addItem(tool);
-    tool->setSelected(true);
+    tools.add(item);
+    item->setSelected(true);
+    return item->type() == ToolType::Text ? nullptr : item;
 }
 
 void PrimitiveManager::removeTool(PrimitiveGeneralTool* tool)
@@ -251,66 +214,15 @@ void PrimitiveManager::removeTool(PrimitiveGeneralTool* tool)
     removeTools({tool}, {});
 }
 
-/// Takes the tools away and numbers the others once.
 void PrimitiveManager::removeTools(const QVector<PrimitiveGeneralTool*>& general,
                                    const QVector<QGraphicsItem*>& text)
 {
-    QVector<int> rows;
-    QSet<QGraphicsItem*> gone;
-    for (PrimitiveGeneralTool* tool : general) {
-        gone.insert(tool);
-        if (Primitive::isDimensionTool(tool))
-            rows.append(tool->id());
-    }
-    for (QGraphicsItem* item : text)
-        gone.insert(item);
-
+    if (general.contains(construction.data()))
+        construction.clear();
     removing = true;
-    removeRows(rows);
-    tools.remove(gone);
-    for (QGraphicsItem* item : qAsConst(gone)) {
-        graphicsScene->removeItem(item);
-        delete item;
-    }
+    tools.remove(general, text);
     removing = false;
     editSelection();
-    renumberTools();
-    renumberCounters();
-}
-
-/// Removes table rows, those that stand together as one range.
-void PrimitiveManager::removeRows(QVector<int> rows)
-{
-    std::sort(rows.begin(), rows.end());
-    while (!rows.isEmpty()) {
-        const int last = rows.takeLast();
-        int first = last;
-        while (!rows.isEmpty() && rows.last() == first - 1)
-            first = rows.takeLast();
-        model->removeRows(first, last - first + 1);
-    }
-}
-
-/// Ids are dense and in stacking order. A number that stays the same needs no new label.
-void PrimitiveManager::renumberTools()
-{
-    int id = 0;
-    for (PrimitiveDimensionTool* tool : tools.dimensionTools()) {
-        if (tool->id() != id)
-            tool->setToolId(id);
-        ++id;
-    }
-}
-
-void PrimitiveManager::renumberCounters()
-{
-    int number = 0;
-    for (QGraphicsItem* item : tools.textTools()) {
-        if (item->type() != ToolType::Counter)
-            continue;
-        qDebug() << "refreshToolTextCounterId" << item;
-        static_cast<QGraphicsTextItem*>(item)->setPlainText(QString::number(number++, 10));
-    }
 }
 
 bool PrimitiveManager::confirmRemoval(const QString& question) const
@@ -350,17 +262,17 @@ void PrimitiveManager::deleteSelectedTools()
 
 QVector<PrimitiveGeneralTool*> PrimitiveManager::generalTools(Qt::SortOrder order) const
 {
-    return ordered(tools.generalTools(), order);
+    return ordered(tools.list().generalTools(), order);
 }
 
 QVector<PrimitiveDimensionTool*> PrimitiveManager::dimensionTools(Qt::SortOrder order) const
 {
-    return ordered(tools.dimensionTools(), order);
+    return ordered(tools.list().dimensionTools(), order);
 }
 
 QVector<QGraphicsItem*> PrimitiveManager::textTools(Qt::SortOrder order) const
 {
-    return ordered(tools.textTools(), order);
+    return ordered(tools.list().textTools(), order);
 }
 
 QVector<PrimitiveGeneralTool*> PrimitiveManager::selectedGeneralTools() const
@@ -383,7 +295,7 @@ PrimitiveGeneralTool* PrimitiveManager::currentTool() const
 
 void PrimitiveManager::selectToolById(int id, bool selected)
 {
-    if (PrimitiveDimensionTool* tool = tools.toolOfRow(id))
+    if (PrimitiveDimensionTool* tool = tools.list().toolOfRow(id))
         tool->setSelected(selected);
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "calibration/PrimitiveCalibration.h"
-#include "measure/ToolList.h"
+#include "measure/SceneTools.h"
 
 #include <QHash>
 #include <QObject>
@@ -114,12 +114,8 @@ private:
     bool handleRightPress();
     bool finishCurrentTool();
     PrimitiveGeneralTool* constructedTool() const;
-    void addGeneralTool(PrimitiveGeneralTool* tool);
     void removeTools(const QVector<PrimitiveGeneralTool*>& general,
                      const QVector<QGraphicsItem*>& text);
-    void removeRows(QVector<int> rows);
-    void renumberTools();
-    void renumberCounters();
     bool confirmRemoval(const QString& question) const;
     void editSelection();
     void recalculateTools();
@@ -134,7 +130,7 @@ private:
     QString unitKey;
     bool calibrating = false;
     double frozenScale = -1.0;
-    ToolList tools;
+    SceneTools tools;
     QPointer<PrimitiveGeneralTool> construction; ///< The last tool that was added unfinished.
     bool removing = false; ///< The editor hears of its target once, when all tools are gone.
 };
