@@ -3,7 +3,7 @@
 
 /// The view redraws only what the tools announce. After any change the picture must be the one that
 /// drawing everything anew gives: anything else is a trail.
-class tst_ToolRepaint : public QObject
+class tst_ToolTrails : public QObject
 {
     Q_OBJECT
 
@@ -164,5 +164,5 @@ private:
     std::unique_ptr<CanvasFixture> canvas;
 };
 
-QTEST_MAIN(tst_ToolRepaint)
-#include "tst_ToolRepaint.moc"
+QTEST_MAIN(tst_ToolTrails)
+#include "tst_ToolTrails.moc"
