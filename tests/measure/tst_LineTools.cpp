@@ -216,6 +216,42 @@ private slots:
         }
     }
 
+    // Adjusting
+
+    void aDraggedPointChangesValueAndRow()
+    {
+        const auto* line = canvas->drawMeasuring(ToolType::Line, {{100, 100}, {300, 100}});
+        canvas->startSelecting();
+        canvas->drag(QPointF(100, 100), QPointF(60, 170));
+        QCOMPARE(canvas->cell(0, "length").toDouble(), 250.0);
+        QCOMPARE(line->labelHtml(), QStringLiteral("1: <br>L=250 px"));
+    }
+
+    void aLineOfNoLengthCanBePulledOut()
+    {
+        canvas->drawMeasuring(ToolType::Line, {{100, 100}, {100, 100}});
+        canvas->startSelecting();
+        canvas->drag(QPointF(97, 98), QPointF(57, 68));
+        QCOMPARE(canvas->cell(0, "length").toDouble(), 50.0);
+    }
+
+    void aCrossingOutlineTakesWhatTheFormGives()
+    {
+        polygonOf({{100, 100}, {200, 200}, {200, 100}, {100, 200}});
+        QVERIFY(!canvas->cell(0, "area").isValid());
+        polygonOf({{100, 100}, {300, 200}, {300, 100}, {100, 400}});
+        // Half of |-10000 - 30000 + 110000 - 30000|.
+        QCOMPARE(canvas->cell(0, "area").toDouble(), 20000.0);
+    }
+
+    void discsShowOnlyOnASelectedTool()
+    {
+        auto* line = canvas->draw(ToolType::Line, {{100, 100}, {200, 180}});
+        QCOMPARE(colourAt(QPointF(100, 97)), QColor(Qt::white));
+        line->setSelected(false);
+        QCOMPARE(colourAt(QPointF(100, 97)), QColor(40, 60, 80));
+    }
+
 private:
     /// From (100, 100) to (200, 150).
     PrimitiveDimensionTool* rectangle()
