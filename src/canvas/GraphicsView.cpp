@@ -438,16 +438,9 @@ void GraphicsView::contextMenuEvent(QContextMenuEvent* event)
 
 void GraphicsView::sceneChanged(const QList<QRectF>& region)
 {
-    // Many small changes cost more to keep apart than to draw as one.
-    constexpr int manyRects = 50;
-    if (region.size() > manyRects) {
-        toolLayer.invalidateAll();
-        viewport()->update();
-        return;
-    }
     for (const QRectF& rect : region)
         toolLayer.invalidate(mapFromScene(rect).boundingRect());
-    viewport()->update(toolLayer.invalidateMoved());
+    viewport()->update(toolLayer.followItems());
 }
 
 void GraphicsView::paintEvent(QPaintEvent* event)

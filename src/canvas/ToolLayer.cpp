@@ -1,7 +1,5 @@
 #include "canvas/ToolLayer.h"
 
-#include "measure/PrimitiveGeneralTool.h"
-
 #include <QGraphicsItem>
 #include <QGraphicsView>
 #include <QPainter>
@@ -9,8 +7,8 @@
 
 namespace {
 
-/// Antialiasing may touch the pixels next to a bounding rectangle.
-constexpr int antialiasingMargin = 2;
+/// Many small parts cost more to keep apart than to draw as one.
+constexpr int manyParts = 50;
 
 QStyleOptionGraphicsItem styleOption(const QGraphicsItem& item)
 {
@@ -24,23 +22,32 @@ QStyleOptionGraphicsItem styleOption(const QGraphicsItem& item)
     return option;
 }
 
-/// What an item paints, in its coordinates.
-QRectF paintedRect(const QGraphicsItem& item)
-{
-    return Primitive::isGeneralTool(&item)
-               ? static_cast<const PrimitiveGeneralTool&>(item).paintedRect()
-               : item.boundingRect();
-}
-
 } // namespace
 
-ToolLayer::ToolLayer(const QGraphicsView& graphicsView) : view(graphicsView) {}
+ToolLayer::ToolLayer(const QGraphicsView& graphicsView) : view(graphicsView), places(graphicsView)
+{
+}
 
 void ToolLayer::invalidate(const QRect& rect)
 {
+    if (dirty.rectCount() > manyParts)
+        invalidateAll();
     if (!allDirty)
-        dirty += rect.adjusted(-antialiasingMargin, -antialiasingMargin, antialiasingMargin,
-                               antialiasingMargin);
+        dirty += rect;
+}
+
+QRegion ToolLayer::followItems()
+{
+    followView();
+    // What is drawn anew may lie over other items that have moved in the meantime.
+    while (!allDirty) {
+        const QVector<QRect> moved = places.update(dirty);
+        if (moved.isEmpty())
+            break;
+        for (const QRect& rect : moved)
+            invalidate(rect);
+    }
+    return allDirty ? view.viewport()->rect() : dirty;
 }
 
 void ToolLayer::paint(QPainter* painter, const QRect& exposed)
@@ -73,67 +80,25 @@ void ToolLayer::followView()
     }
 }
 
-/// Empty for an item that does not show.
-QRect ToolLayer::placeOf(const QGraphicsItem& item) const
-{
-    if (!item.isVisible())
-        return {};
-    const QRectF place = item.deviceTransform(transform).mapRect(paintedRect(item));
-    return place.toAlignedRect().adjusted(-antialiasingMargin, -antialiasingMargin,
-                                          antialiasingMargin, antialiasingMargin);
-}
-
-QRegion ToolLayer::invalidateMoved()
-{
-    // Many small places cost more to keep apart than to draw as one.
-    constexpr int manyPlaces = 50;
-    followView();
-    QVector<QRect> moved;
-    QHash<const QGraphicsItem*, QRect> present;
-    const auto items = view.scene()->items();
-    present.reserve(items.size());
-    for (const QGraphicsItem* item : items) {
-        const QRect place = placeOf(*item);
-        const QRect before = places.take(item);
-        if (place != before)
-            moved << before << place;
-        present.insert(item, place);
-    }
-    for (const QRect& left : qAsConst(places))
-        moved << left;
-    places.swap(present);
-    if (moved.size() > manyPlaces)
-        invalidateAll();
-    if (allDirty)
-        return view.viewport()->rect();
-    QRegion region;
-    for (const QRect& place : qAsConst(moved))
-        region += place;
-    dirty += region;
-    return region;
-}
-
 void ToolLayer::refresh()
 {
+    followItems();
     const QRect whole = view.viewport()->rect();
-    invalidateMoved();
-    if (allDirty)
+    if (allDirty) {
+        places.reset();
+        places.update(whole);
         dirty = whole;
+    }
     dirty &= whole;
     QPainter painter(&picture);
     clearDirty(&painter);
     painter.setRenderHints(view.renderHints());
-
-    // An item may paint beyond its bounding rectangle, by which the scene finds it.
-    QRect reach = dirty.boundingRect();
-    for (const QRect& place : qAsConst(places))
-        if (dirty.intersects(place))
-            reach |= place;
-    const QRectF area = view.mapToScene(reach).boundingRect();
-    const auto items =
-        view.scene()->items(area, Qt::IntersectsItemBoundingRect, Qt::AscendingOrder, transform);
-    for (QGraphicsItem* item : items)
-        paintItem(&painter, item);
+    for (const ItemPlaces::Place& place : places.all()) {
+        if (!dirty.intersects(place.rect))
+            continue;
+        paintItem(&painter, place.item);
+        content |= place.rect & whole;
+    }
     dirty = QRegion();
     allDirty = false;
 }
@@ -151,10 +116,10 @@ void ToolLayer::clearDirty(QPainter* painter)
     painter->setCompositionMode(QPainter::CompositionMode_SourceOver);
 }
 
+/// Draws an item and, over it, its children.
 void ToolLayer::paintItem(QPainter* painter, QGraphicsItem* item)
 {
-    const QRect place = places.value(item);
-    if (!dirty.intersects(place))
+    if (!item->isVisible())
         return;
     const QStyleOptionGraphicsItem option = styleOption(*item);
     painter->save();
@@ -162,5 +127,6 @@ void ToolLayer::paintItem(QPainter* painter, QGraphicsItem* item)
     painter->setOpacity(item->effectiveOpacity());
     item->paint(painter, &option, view.viewport());
     painter->restore();
-    content |= place & view.viewport()->rect();
+    for (QGraphicsItem* child : item->childItems())
+        paintItem(painter, child);
 }

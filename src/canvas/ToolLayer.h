@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QHash>
+#include "canvas/ItemPlaces.h"
+
 #include <QImage>
 #include <QRect>
 #include <QRegion>
@@ -12,10 +13,8 @@ class QPainter;
 
 /// A transparent picture of all items of a view's scene, in viewport pixels. The view lays it over
 /// each frame, so that a frame costs the same whatever number of tools lie on it; only what was
-/// invalidated since is drawn anew. It remembers where it has drawn each item, so that an item that
-/// moved, grew or went leaves no trail, whatever the scene announces. A layer notices by itself
-/// when the view's transform, scroll position or size has changed, and is then drawn anew as a
-/// whole. Owned by the view. GUI thread.
+/// invalidated since is drawn anew. A layer notices by itself when the view's transform, scroll
+/// position or size has changed, and is then drawn anew as a whole. Owned by the view. GUI thread.
 class ToolLayer final
 {
 public:
@@ -24,9 +23,9 @@ public:
     /// Marks a part to be drawn anew; viewport coordinates.
     void invalidate(const QRect& rect);
     void invalidateAll() { allDirty = true; }
-    /// Marks where items have come, gone or changed their place since the last call, and returns
-    /// that part.
-    QRegion invalidateMoved();
+    /// Marks also where the items in the marked parts were painted before, and gives all that is to
+    /// be drawn anew now.
+    QRegion followItems();
 
     /// Brings the layer up to date and draws the part of it inside `exposed`; the painter and the
     /// rectangle are in viewport coordinates.
@@ -34,16 +33,15 @@ public:
 
 private:
     void followView();
-    QRect placeOf(const QGraphicsItem& item) const;
     void refresh();
     void clearDirty(QPainter* painter);
     void paintItem(QPainter* painter, QGraphicsItem* item);
 
     const QGraphicsView& view;
+    ItemPlaces places;
     QImage picture;
     QTransform transform; ///< The view's, as the picture was drawn.
     QRegion dirty;
-    QHash<const QGraphicsItem*, QRect> places; ///< Of all items, with what they paint.
-    QRect content;                             ///< Outside of it the picture is transparent.
+    QRect content; ///< Outside of it the picture is transparent.
     bool allDirty = true;
 };

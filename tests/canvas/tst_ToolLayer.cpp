@@ -100,13 +100,14 @@ private slots:
         QCOMPARE(shown.pixelColor(110, 110), QColor(Qt::red));
     }
 
-    void findsWhatMovedByItself()
+    void findsWhereTheChildrenOfAMovedItemWere()
     {
         auto* child = new Square(QPointF(100, 0), Qt::yellow);
         child->setParentItem(red);
         paint();
         red->setPos(40, 100);
-        const QRegion moved = layer->invalidateMoved();
+        layer->invalidate(QRect(40, 40, 20, 20));
+        const QRegion moved = layer->followItems();
         for (const QPoint& at :
              {QPoint(50, 50), QPoint(50, 110), QPoint(150, 50), QPoint(150, 110)})
             QVERIFY(moved.contains(at));
@@ -116,20 +117,29 @@ private slots:
         QCOMPARE(shown.pixelColor(150, 50), QColor(Qt::green));
         QCOMPARE(shown.pixelColor(50, 110), QColor(Qt::red));
         QCOMPARE(shown.pixelColor(150, 110), QColor(Qt::yellow));
-        QVERIFY(layer->invalidateMoved().isEmpty());
+        QVERIFY(layer->followItems().isEmpty());
     }
 
     void findsWhatHasGoneByItself()
     {
         paint();
         delete red;
-        blue->setVisible(false);
-        const QRegion moved = layer->invalidateMoved();
-        QVERIFY(moved.contains(QPoint(50, 50)));
-        QVERIFY(moved.contains(QPoint(210, 210)));
+        QVERIFY(layer->followItems().contains(QPoint(50, 50)));
+        QCOMPARE(paint().pixelColor(50, 50), QColor(Qt::green));
+    }
+
+    void hidesAndShowsInPlace()
+    {
+        blue->setPos(50, 50);
+        paint();
+        red->setVisible(false);
+        layer->invalidate(QRect(40, 40, 20, 20));
+        QCOMPARE(paint().pixelColor(45, 45), QColor(Qt::green));
+        red->setVisible(true);
+        layer->invalidate(QRect(40, 40, 20, 20));
         const QImage shown = paint();
-        QCOMPARE(shown.pixelColor(50, 50), QColor(Qt::green));
-        QCOMPARE(shown.pixelColor(210, 210), QColor(Qt::green));
+        QCOMPARE(shown.pixelColor(45, 45), QColor(Qt::red));
+        QCOMPARE(shown.pixelColor(55, 55), QColor(Qt::blue));
     }
 
     void isDrawnAnewAfterAZoom()
