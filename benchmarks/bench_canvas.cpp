@@ -51,10 +51,9 @@ void canvas(benchmark::State& state)
 {
     const QImage frames[] = {bench::frame(frameSize(state), 0), bench::frame(frameSize(state), 99)};
     GraphicsView view;
-    view.setFrameShape(QFrame::NoFrame);
-    view.resize(viewport + QSize(15, 15));
     bench::show(view);
     view.setImage(frames[0]);
+    view.resize(viewport + view.size() - view.viewport()->size());
     bench::addLines(view, static_cast<int>(state.range(1)));
     bench::settle();
     if (view.viewport()->size() != viewport)
