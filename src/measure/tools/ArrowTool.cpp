@@ -84,11 +84,9 @@ void PrimitiveToolArrow::rebuildArrowPath()
     path.closeSubpath();
 }
 
-/// Without an outline there are still the points, whose discs show.
 QRectF PrimitiveToolArrow::boundingRect() const
 {
-    return path.isEmpty() ? PrimitiveGeneralTool::boundingRect()
-                          : withPointMargin(path.boundingRect());
+    return withPointMargin(path.boundingRect());
 }
 
 QPainterPath PrimitiveToolArrow::shape() const
