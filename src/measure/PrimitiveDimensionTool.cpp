@@ -1,22 +1,21 @@
 #include "measure/PrimitiveDimensionTool.h"
 
 #include "calibration/PrimitiveUnit.h"
+#include "measure/DimensionKeys.h"
 #include "measure/PrimitiveDimensionLabel.h"
 #include "measure/PrimitiveManager.h"
 #include "preferences/AttributeKeys.h"
 
 namespace {
 
-const QString idKey = QStringLiteral("id");
-
 /// What stands behind a value of that key, as HTML.
 QString unitHtml(const QString& key, const QString& symbol)
 {
-    if (key.compare(QLatin1String("area"), Qt::CaseInsensitive) == 0)
+    if (key.compare(DimensionKey::area(), Qt::CaseInsensitive) == 0)
         return symbol + QLatin1String("&sup2;");
-    if (key.compare(QLatin1String("ratio"), Qt::CaseInsensitive) == 0)
+    if (key.compare(DimensionKey::ratio(), Qt::CaseInsensitive) == 0)
         return QString();
-    if (key.compare(QLatin1String("angle"), Qt::CaseInsensitive) == 0)
+    if (key.compare(DimensionKey::angle(), Qt::CaseInsensitive) == 0)
         return QStringLiteral("&#xB0;");
     return symbol;
 }
@@ -48,7 +47,7 @@ PrimitiveDimensionTool::~PrimitiveDimensionTool()
 void PrimitiveDimensionTool::setToolId(int id)
 {
     setData(0, id);
-    setDimension(idKey, id);
+    setDimension(DimensionKey::id(), id);
     if (manager)
         manager->writeDimensionRow(this, id, dimensions);
     refreshLabelText();

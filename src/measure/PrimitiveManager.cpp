@@ -4,6 +4,7 @@
 #include "calibration/PrimitiveUnit.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
+#include "measure/DimensionKeys.h"
 #include "measure/PrimitiveDimensionTool.h"
 #include "measure/TextEditing.h"
 #include "measure/ToolAttributeEditor.h"
@@ -431,7 +432,7 @@ void PrimitiveManager::writeDimensionRow(const PrimitiveDimensionTool* tool, int
                                          const QHash<QString, double>& dimensions)
 {
     model->setValues(row, dimensions);
-    const auto length = dimensions.constFind(QStringLiteral("length"));
+    const auto length = dimensions.constFind(DimensionKey::length());
     if (tool->type() == ToolType::CalibrationRuler && length != dimensions.constEnd())
         emit calibrationPixelChanged(length.value());
 }

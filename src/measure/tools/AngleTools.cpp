@@ -1,13 +1,12 @@
 #include "measure/tools/AngleTools.h"
 
+#include "measure/DimensionKeys.h"
 #include "measure/Geometry.h"
 
 #include <QDebug>
 #include <QPainter>
 
 namespace {
-
-const QString angleKey = QStringLiteral("angle");
 
 /// Farther than any picture reaches, and near enough to be counted in pixels at every zoom. Nearly
 /// parallel lines meet beyond.
@@ -24,14 +23,14 @@ PrimitiveToolAngle::PrimitiveToolAngle(PrimitiveManager* toolManager, GraphicsSc
                                        const QPointF& pos)
     : PrimitiveToolLine(toolManager, scene, pos)
 {
-    shownKeys = QStringList{angleKey};
+    shownKeys = QStringList{DimensionKey::angle()};
 }
 
 void PrimitiveToolAngle::updateDimensions()
 {
     if (pointCount() >= minPointCount()) {
         const QLineF first(pointAt(1), pointAt(0));
-        setDimension(angleKey, first.angleTo(QLineF(pointAt(1), pointAt(2))));
+        setDimension(DimensionKey::angle(), first.angleTo(QLineF(pointAt(1), pointAt(2))));
     }
     publishDimensions();
 }
@@ -63,7 +62,7 @@ PrimitiveToolAngle4::PrimitiveToolAngle4(PrimitiveManager* toolManager, Graphics
                                          const QPointF& pos)
     : PrimitiveToolLine(toolManager, scene, pos)
 {
-    shownKeys = QStringList{angleKey};
+    shownKeys = QStringList{DimensionKey::angle()};
 }
 
 void PrimitiveToolAngle4::moveControlPoint(int index, const QPointF& scenePos)
@@ -79,7 +78,7 @@ void PrimitiveToolAngle4::updateDimensions()
 {
     if (pointCount() >= minPointCount() && intersectionKind != QLineF::NoIntersection) {
         const QLineF first(intersection, pointAt(1));
-        setDimension(angleKey, first.angleTo(QLineF(intersection, pointAt(3))));
+        setDimension(DimensionKey::angle(), first.angleTo(QLineF(intersection, pointAt(3))));
     }
     publishDimensions();
 }

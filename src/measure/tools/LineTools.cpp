@@ -1,6 +1,7 @@
 #include "measure/tools/LineTools.h"
 
 #include "canvas/GraphicsScene.h"
+#include "measure/DimensionKeys.h"
 #include "measure/Geometry.h"
 #include "measure/PrimitiveManager.h"
 
@@ -8,19 +9,11 @@
 
 #include <cmath>
 
-namespace {
-
-const QString lengthKey = QStringLiteral("length");
-const QString perimeterKey = QStringLiteral("perimeter");
-const QString areaKey = QStringLiteral("area");
-
-} // namespace
-
 PrimitiveToolLine::PrimitiveToolLine(PrimitiveManager* toolManager, GraphicsScene* scene,
                                      const QPointF& pos)
     : PrimitiveDimensionTool(toolManager, scene, pos)
 {
-    shownKeys = QStringList{lengthKey};
+    shownKeys = QStringList{DimensionKey::length()};
     addControlPoint(pos, true, true);
     addControlPoint(pos, true, true);
 }
@@ -28,7 +21,7 @@ PrimitiveToolLine::PrimitiveToolLine(PrimitiveManager* toolManager, GraphicsScen
 PrimitiveToolLine::PrimitiveToolLine(PrimitiveManager* toolManager, GraphicsScene* scene)
     : PrimitiveDimensionTool(toolManager, scene)
 {
-    shownKeys = QStringList{lengthKey};
+    shownKeys = QStringList{DimensionKey::length()};
     const QRectF whole = scene->sceneRect();
     const double inset = 0.2 * whole.width();
     const double middle = 0.5 * whole.height();
@@ -47,7 +40,7 @@ double PrimitiveToolLine::pathLength() const
 void PrimitiveToolLine::updateDimensions()
 {
     if (pointCount() >= minPointCount())
-        setDimension(lengthKey, manager->lengthToUnit(pathLength()));
+        setDimension(DimensionKey::length(), manager->lengthToUnit(pathLength()));
     publishDimensions();
 }
 
@@ -81,7 +74,7 @@ PrimitiveToolPolygon::PrimitiveToolPolygon(PrimitiveManager* toolManager, Graphi
                                            const QPointF& pos)
     : PrimitiveToolPolyline(toolManager, scene, pos)
 {
-    shownKeys = QStringList{perimeterKey, areaKey};
+    shownKeys = QStringList{DimensionKey::perimeter(), DimensionKey::area()};
 }
 
 void PrimitiveToolPolygon::moveControlPoint(int index, const QPointF& scenePos)
@@ -99,8 +92,8 @@ void PrimitiveToolPolygon::moveControlPoint(int index, const QPointF& scenePos)
 void PrimitiveToolPolygon::updateDimensions()
 {
     if (pointCount() >= minPointCount()) {
-        setDimension(areaKey, manager->areaToUnit(area()));
-        setDimension(perimeterKey, manager->lengthToUnit(perimeter()));
+        setDimension(DimensionKey::area(), manager->areaToUnit(area()));
+        setDimension(DimensionKey::perimeter(), manager->lengthToUnit(perimeter()));
     }
     publishDimensions();
 }
