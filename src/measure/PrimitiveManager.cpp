@@ -202,6 +202,7 @@ QGraphicsItem* PrimitiveManager::addTool(QGraphicsItem* item)
 {
     if (!item)
         return nullptr;
+    settleConstruction();
     PrimitiveGeneralTool* tool = toGeneralTool(item);
     if (tool && !tool->isFinished())
         construction = tool;

@@ -352,6 +352,17 @@ private slots:
         QVERIFY(!canvas->newest()->isFinished());
     }
 
+    void addingAToolEndsTheOneThatWasDeselected()
+    {
+        canvas->draw(ToolType::Line, {QPointF(100, 100)})->setSelected(false);
+        QGraphicsItem* next =
+            PrimitiveManager::createTool(ToolType::Polyline, canvas->manager(), canvas->scene());
+        canvas->manager()->addTool(next);
+        QCOMPARE(canvas->toolCount(), 1);
+        QCOMPARE(canvas->newest(), next);
+        QCOMPARE(canvas->table()->rowCount(), 1);
+    }
+
     void selectingAnotherRowOfTheTableEndsTheTool()
     {
         auto* line = canvas->draw(ToolType::Line, {{50, 300}, {100, 300}});
