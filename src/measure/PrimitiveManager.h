@@ -14,6 +14,9 @@
 
 class GraphicsScene;
 class PrimitiveDimensionModel;
+class PrimitiveDimensionTool;
+class PrimitiveGeneralTool;
+class QGraphicsItem;
 class QGraphicsObject;
 class QGraphicsSceneMouseEvent;
 class ToolAttributeEditor;
