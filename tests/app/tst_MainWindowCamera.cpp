@@ -75,12 +75,21 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
     }
 
+    // In another size than the placeholder's, which shows by the change of sizes.
     void thePlaceholderComesASecondAfterEveryOpenAndGoesWithTheNextFrame()
     {
         QSignalSpy sizes(view(), &GraphicsView::imageInfoChanged);
         open();
-        QTRY_VERIFY_WITH_TIMEOUT(sizes.contains(QVariantList{1920, 1080}), 3000);
-        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+        QCOMPARE(camera()->camera->setPreviewSize(0), 0);
+        QTRY_COMPARE_WITH_TIMEOUT(sizes.size(), 1, frameTime);
+        action("200%")->trigger();
+        QTRY_COMPARE_WITH_TIMEOUT(sizes.size(), 3, frameTime);
+        const QVariantList small{640, 480};
+        const QVariantList placeholder{1920, 1080};
+        QCOMPARE(QList<QVariantList>(sizes), (QList<QVariantList>{small, placeholder, small}));
+        const double shown = view()->level();
+        action("Fit in view")->trigger();
+        QCOMPARE(shown, view()->level());
     }
 
     void theFrameRateShowsWithinTwoSeconds()
@@ -123,9 +132,25 @@ private slots:
     void closingTwiceIsHarmless()
     {
         open();
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
         call("closeCamera");
         call("closeCamera");
         QTRY_VERIFY_WITH_TIMEOUT(showsPlaceholder(), 3000);
+        QTest::qWait(200);
+        QVERIFY(showsPlaceholder());
+    }
+
+    // A frame is still on its way when the camera closes, and the window is busy until the
+    // placeholder is due.
+    void noFrameComesAfterThePlaceholderOfAClosedCamera()
+    {
+        open();
+        QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+        QTest::qSleep(200);
+        call("closeCamera");
+        QTest::qSleep(1200);
+        QTest::qWait(100);
+        QVERIFY(showsPlaceholder());
         QTest::qWait(200);
         QVERIFY(showsPlaceholder());
     }
@@ -293,53 +318,41 @@ private slots:
         QVERIFY(!QGuiApplication::overrideCursor());
     }
 
-    void recordingWritesAVideoAndBlocksPictures()
+    void aRefusedRecordingStaysCheckedUntilRecordIsPressedAgain()
     {
         open();
-        action("Record")->trigger();
-        QVERIFY(action("Record")->isChecked());
-        QVERIFY(!action("Snap")->isEnabled());
-        QVERIFY(recordIndicator());
-        QTest::qWait(300);
-        action("Record")->trigger();
-        QVERIFY(action("Snap")->isEnabled());
-        QVERIFY(!recordIndicator());
-        const QStringList files = saved();
-        QCOMPARE(files.size(), 1);
-        QVERIFY(files[0].endsWith(QStringLiteral(".mp4")));
-    }
-
-    void aRecordingThatFailsIsReportedAndStaysChecked()
-    {
-        QSettings().setValue(popup, true);
-        open();
-        QString text;
-        DialogAnswer<QFileDialog> cancel([&text](QFileDialog* dialog) { dialog->reject(); });
-        DialogAnswer<QMessageBox> answer([&text](QMessageBox* box) {
-            text = box->text();
-            QCOMPARE(box->windowTitle(), QStringLiteral("Error"));
-            QCOMPARE(box->icon(), QMessageBox::Information);
-            clickButton(box, QMessageBox::Ok);
-        });
-        action("Record")->trigger();
-        QVERIFY(cancel.wasAsked());
-        QVERIFY(answer.wasAsked());
-        QCOMPARE(text, QStringLiteral("Failed to start recording."));
+        QVERIFY(recordIsRefused());
         QVERIFY(action("Record")->isChecked());
         QVERIFY(action("Record")->isEnabled());
         QVERIFY(!action("Snap")->isEnabled());
         QVERIFY(recordIndicator());
+        QVERIFY(button("toolButtonClose")->isEnabled());
         action("Record")->trigger();
+        QVERIFY(!action("Record")->isChecked());
         QVERIFY(action("Snap")->isEnabled());
+        QVERIFY(!recordIndicator());
+        QVERIFY(saved().isEmpty());
     }
 
-    void closingWhileRecordingLeavesTheActionChecked()
+    void cancellingTheFileDialogOfARecordingIsReportedToo()
+    {
+        QSettings().setValue(popup, true);
+        open();
+        DialogAnswer<QFileDialog> cancel([](QFileDialog* dialog) { dialog->reject(); });
+        QVERIFY(recordIsRefused());
+        QVERIFY(cancel.wasAsked());
+        QVERIFY(action("Record")->isChecked());
+        QVERIFY(saved().isEmpty());
+    }
+
+    void closingWhileRecordIsPressedLeavesItCheckedAndDisabled()
     {
         open();
-        action("Record")->trigger();
+        QVERIFY(recordIsRefused());
         call("closeCamera");
         QVERIFY(action("Record")->isChecked());
         QVERIFY(!action("Record")->isEnabled());
+        QVERIFY(!action("Snap")->isEnabled());
         QVERIFY(recordIndicator());
     }
 
@@ -358,6 +371,20 @@ private:
         QVERIFY(camera());
     }
     void call(const char* slot) { QVERIFY(QMetaObject::invokeMethod(window.get(), slot)); }
+    /// Presses Record and confirms the message that nothing is recorded.
+    bool recordIsRefused()
+    {
+        bool asExpected = false;
+        DialogAnswer<QMessageBox> answer([&asExpected](QMessageBox* box) {
+            asExpected = box->windowTitle() == QStringLiteral("Error") &&
+                         box->text() == QStringLiteral("Failed to start recording.") &&
+                         box->icon() == QMessageBox::Information &&
+                         box->standardButtons() == QMessageBox::Ok;
+            clickButton(box, QMessageBox::Ok);
+        });
+        action("Record")->trigger();
+        return answer.wasAsked() && asExpected;
+    }
     MyCamera* camera() const { return window->findChild<MyCamera*>(); }
     GraphicsView* view() const { return window->findChild<GraphicsView*>(); }
     ZoLinkLabel* sourceName() const { return window->findChild<ZoLinkLabel*>(); }
