@@ -1,39 +1,17 @@
 #include "calibration/PrimitiveCalibrationModel.h"
+
+#include "calibration/CalibrationSession.h"
 #include "calibration/PrimitiveUnit.h"
 #include "support/ContextTranslator.h"
 
 #include <QAbstractItemModelTester>
-#include <QCoreApplication>
-#include <QDir>
-#include <QFile>
 #include <QIdentityProxyModel>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QtTest>
 
-#include <sys/wait.h>
-#include <unistd.h>
+using namespace CalibrationSession;
 
 namespace {
-
-constexpr const char* openWarning = "Couldn't open calibration file.";
-
-struct Application
-{
-    int argumentCount = 1;
-    char program[5] = "orvo";
-    char* arguments[2] = {program, nullptr};
-    QCoreApplication object{argumentCount, arguments};
-};
-
-/// One life of the program: the model that is first used in it ends with it.
-struct Session final : Application
-{
-    PrimitiveCalibrationModel& model = PrimitiveCalibrationModel::instance();
-};
 
 /// The model gives its rows for every parent, which views of tables do not mind and the model
 /// tester does.
@@ -46,66 +24,6 @@ public:
     }
 };
 
-PrimitiveCalibration record(const char* name, double value = 1e-6)
-{
-    return {QString::fromLatin1(name), value, QStringLiteral("a remark"), QStringLiteral("2_mm")};
-}
-
-void addAandB(PrimitiveCalibrationModel& model)
-{
-    model.appendCalibration(record("A"));
-    model.appendCalibration(record("B"));
-}
-
-/// The names of all rows with a blank between them.
-QString names(const PrimitiveCalibrationModel& model)
-{
-    QStringList list;
-    for (int row = 0; row < model.rowCount(); ++row)
-        list += model.calibrationAt(row).name;
-    return list.join(QLatin1Char(' '));
-}
-
-/// The rows that show a check mark.
-QVector<int> checkedRows(const PrimitiveCalibrationModel& model)
-{
-    QVector<int> rows;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        if (model.index(row, 0).data(Qt::CheckStateRole).toInt() == Qt::Checked)
-            rows += row;
-    }
-    return rows;
-}
-
-QString defaultDirectory()
-{
-    return qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/Orvo/Orvo/Measure");
-}
-
-QString defaultFile()
-{
-    return defaultDirectory() + QStringLiteral("/calibrations.json");
-}
-
-QByteArray contentOf(const QString& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("cannot be opened");
-}
-
-void write(const QString& path, const QByteArray& content)
-{
-    QDir().mkpath(QFileInfo(path).absolutePath());
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), qint64(content.size()));
-}
-
-QJsonArray recordsIn(const QByteArray& content)
-{
-    return QJsonDocument::fromJson(content).object().value(QLatin1String("calibrations")).toArray();
-}
-
 } // namespace
 
 class tst_PrimitiveCalibrationModel final : public QObject
@@ -113,8 +31,8 @@ class tst_PrimitiveCalibrationModel final : public QObject
     Q_OBJECT
 
 private slots:
-    void initTestCase();
-    void init();
+    void initTestCase() { setNames(); }
+    void init() { emptyDefaultFile(); }
 
     void freshModelHoldsThePixelRowAlone();
     void pixelRowFollowsTheLanguage();
@@ -141,39 +59,7 @@ private slots:
     void removalLeavesTheCheckAtItsRowNumber();
     void movesStayBelowThePixelRow();
     void moveReturnsTheCheckSilently();
-
-    void fileHoldsAllButThePixelRow();
-    void emptyListIsSavedAsAnEmptyArray();
-    void damagedFilesLeaveThePixelRow_data();
-    void damagedFilesLeaveThePixelRow();
-    void unopenedFileLeavesTheListAlone();
-    void recordsAreTakenAsTheyStand();
-    void binaryFormReadsBack();
-    void binaryFormIsValidated();
-    void loadKeepsTheCheckedRow();
-
-    void listIsSavedWithTheApplication();
-    void listIsSavedByAProcessThatExits();
-    void loadingIsLoggedWithThePath();
-    void damagedDefaultFileIsOverwrittenAtTheEnd();
-    void unreadableDefaultFileLeavesThePixelRow();
-
-private:
-    QTemporaryDir directory;
 };
-
-void tst_PrimitiveCalibrationModel::initTestCase()
-{
-    QCoreApplication::setApplicationName(QStringLiteral("Orvo"));
-    QCoreApplication::setOrganizationName(QStringLiteral("Orvo"));
-    QVERIFY(directory.isValid());
-}
-
-void tst_PrimitiveCalibrationModel::init()
-{
-    QDir(defaultDirectory()).removeRecursively();
-    write(defaultFile(), "{}");
-}
 
 void tst_PrimitiveCalibrationModel::freshModelHoldsThePixelRowAlone()
 {
@@ -461,183 +347,6 @@ void tst_PrimitiveCalibrationModel::moveReturnsTheCheckSilently()
     QCOMPARE(checkedRows(session.model), QVector<int>{0});
     QCOMPARE(checked.size(), 0);
     QCOMPARE(reset.size(), 1);
-}
-
-void tst_PrimitiveCalibrationModel::fileHoldsAllButThePixelRow()
-{
-    Session session;
-    session.model.appendCalibration(
-        {QStringLiteral("10x"), 0.25, QStringLiteral("dry"), QStringLiteral("1_\u00b5m")});
-    const QString path = directory.filePath(QStringLiteral("export.json"));
-    QVERIFY(session.model.save(path, false));
-    const QByteArray expected = "{\n"
-                                "    \"calibrations\": [\n"
-                                "        {\n"
-                                "            \"default_unit_key\": \"1_\xc2\xb5m\",\n"
-                                "            \"name\": \"10x\",\n"
-                                "            \"remark\": \"dry\",\n"
-                                "            \"value\": 0.25\n"
-                                "        }\n"
-                                "    ]\n"
-                                "}\n";
-    QCOMPARE(contentOf(path), expected);
-}
-
-void tst_PrimitiveCalibrationModel::emptyListIsSavedAsAnEmptyArray()
-{
-    Session session;
-    const QString path = directory.filePath(QStringLiteral("empty.json"));
-    QVERIFY(session.model.save(path, false));
-    const QJsonObject object = QJsonDocument::fromJson(contentOf(path)).object();
-    QCOMPARE(object.keys(), QStringList{QStringLiteral("calibrations")});
-    QVERIFY(object.value(QLatin1String("calibrations")).isArray());
-    QVERIFY(recordsIn(contentOf(path)).isEmpty());
-}
-
-void tst_PrimitiveCalibrationModel::damagedFilesLeaveThePixelRow_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty object") << QByteArray("{}");
-    QTest::newRow("empty file") << QByteArray();
-    QTest::newRow("garbage") << QByteArray("\x00\xff\xfe garbage }{", 13);
-    QTest::newRow("cut short") << QByteArray("{\"calibrations\": [{\"name\": \"A\"");
-    QTest::newRow("array on top") << QByteArray("[{\"name\": \"A\"}]");
-    QTest::newRow("list of another type") << QByteArray("{\"calibrations\": \"A\"}");
-}
-
-void tst_PrimitiveCalibrationModel::damagedFilesLeaveThePixelRow()
-{
-    QFETCH(QByteArray, content);
-    Session session;
-    addAandB(session.model);
-    const QString path = directory.filePath(QStringLiteral("damaged.json"));
-    write(path, content);
-    QVERIFY(session.model.load(path, false));
-    QCOMPARE(names(session.model), QStringLiteral("In pixels"));
-}
-
-void tst_PrimitiveCalibrationModel::unopenedFileLeavesTheListAlone()
-{
-    Session session;
-    addAandB(session.model);
-    QSignalSpy reset(&session.model, &QAbstractItemModel::modelReset);
-    QTest::ignoreMessage(QtWarningMsg, openWarning);
-    QVERIFY(!session.model.load(directory.filePath(QStringLiteral("missing.json")), false));
-    QTest::ignoreMessage(QtWarningMsg, openWarning);
-    QVERIFY(!session.model.save(directory.filePath(QStringLiteral("no/such/dir.json")), false));
-    QCOMPARE(names(session.model), QStringLiteral("In pixels A B"));
-    QCOMPARE(reset.size(), 0);
-}
-
-void tst_PrimitiveCalibrationModel::recordsAreTakenAsTheyStand()
-{
-    Session session;
-    const QString path = directory.filePath(QStringLiteral("odd.json"));
-    write(path, "{\"calibrations\": [{\"name\": \"A\", \"value\": 0},"
-                "{\"value\": 1e-6, \"name\": \"a\", \"default_unit_key\": \"9_ly\"}, 7]}");
-    QVERIFY(session.model.load(path, false));
-    QCOMPARE(names(session.model), QStringLiteral("In pixels A a "));
-    QCOMPARE(session.model.calibrationAt(1).value, 0.0);
-    QCOMPARE(session.model.calibrationAt(2).defaultUnitKey, QStringLiteral("9_ly"));
-    QVERIFY(!session.model.calibrationAt(3).isValid());
-}
-
-void tst_PrimitiveCalibrationModel::binaryFormReadsBack()
-{
-    Session session;
-    addAandB(session.model);
-    const QString path = directory.filePath(QStringLiteral("export.dat"));
-    QVERIFY(session.model.save(path, true));
-    QVERIFY(contentOf(path).startsWith("qbjs"));
-    QVERIFY(session.model.removeRows(1, 2));
-    QVERIFY(session.model.load(path, true));
-    QCOMPARE(names(session.model), QStringLiteral("In pixels A B"));
-    QCOMPARE(session.model.calibrationAt(2).value, 1e-6);
-}
-
-void tst_PrimitiveCalibrationModel::binaryFormIsValidated()
-{
-    Session session;
-    addAandB(session.model);
-    const QString path = directory.filePath(QStringLiteral("broken.dat"));
-    QVERIFY(session.model.save(path, true));
-    write(path, contentOf(path).chopped(8));
-    QVERIFY(session.model.load(path, true));
-    QCOMPARE(names(session.model), QStringLiteral("In pixels"));
-}
-
-void tst_PrimitiveCalibrationModel::loadKeepsTheCheckedRow()
-{
-    Session session;
-    addAandB(session.model);
-    session.model.checkRow(2);
-    const QString path = directory.filePath(QStringLiteral("same.json"));
-    QVERIFY(session.model.save(path, false));
-    QVERIFY(session.model.load(path, false));
-    QCOMPARE(checkedRows(session.model), QVector<int>{2});
-}
-
-void tst_PrimitiveCalibrationModel::listIsSavedWithTheApplication()
-{
-    {
-        Session session;
-        addAandB(session.model);
-        session.model.checkRow(2);
-        QVERIFY(recordsIn(contentOf(defaultFile())).isEmpty());
-    }
-    QCOMPARE(recordsIn(contentOf(defaultFile())).size(), 2);
-    Session next;
-    QCOMPARE(names(next.model), QStringLiteral("In pixels A B"));
-    QCOMPARE(checkedRows(next.model), QVector<int>{0});
-}
-
-void tst_PrimitiveCalibrationModel::listIsSavedByAProcessThatExits()
-{
-    std::fflush(nullptr);
-    const pid_t child = fork();
-    if (child == 0) {
-        // Neither the application object nor the test ends here, only the process.
-        auto* session = new Session;
-        addAandB(session->model);
-        std::exit(0);
-    }
-    int status = 0;
-    QCOMPARE(waitpid(child, &status, 0), child);
-    QVERIFY(WIFEXITED(status));
-    QCOMPARE(recordsIn(contentOf(defaultFile())).size(), 2);
-}
-
-void tst_PrimitiveCalibrationModel::loadingIsLoggedWithThePath()
-{
-    const QString message = QStringLiteral("Loading calibration file ") + defaultFile();
-    QTest::ignoreMessage(QtDebugMsg, qPrintable(message));
-    Session session;
-    QCOMPARE(session.model.rowCount(), 1);
-}
-
-void tst_PrimitiveCalibrationModel::damagedDefaultFileIsOverwrittenAtTheEnd()
-{
-    write(defaultFile(), "not a calibration file");
-    {
-        Session session;
-        QCOMPARE(session.model.rowCount(), 1);
-    }
-    QVERIFY(QJsonDocument::fromJson(contentOf(defaultFile())).isObject());
-}
-
-void tst_PrimitiveCalibrationModel::unreadableDefaultFileLeavesThePixelRow()
-{
-    // A directory of the file's name can be neither read nor written, not even by root.
-    QVERIFY(QFile::remove(defaultFile()));
-    QVERIFY(QDir().mkpath(defaultFile()));
-    QTest::ignoreMessage(QtWarningMsg, openWarning);
-    {
-        Session session;
-        QCOMPARE(names(session.model), QStringLiteral("In pixels"));
-        addAandB(session.model);
-        QTest::ignoreMessage(QtWarningMsg, openWarning);
-    }
-    QVERIFY(QFileInfo(defaultFile()).isDir());
 }
 
 QTEST_APPLESS_MAIN(tst_PrimitiveCalibrationModel)
