@@ -10,6 +10,12 @@ find_package(Qt5 5.15 REQUIRED COMPONENTS Test)
 set(ORVO_TEST_ISOLATED "${PROJECT_SOURCE_DIR}/tests/support/isolated.sh")
 set(ORVO_TEST_DISPLAY "${PROJECT_SOURCE_DIR}/tests/support/with-display.sh")
 
+# What sanitizers find in foreign libraries is left out; other builds do not read these.
+set(ORVO_TEST_SANITIZERS
+  "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/lsan.supp:print_suppressions=0"
+  "TSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/support/tsan.supp"
+  "UBSAN_OPTIONS=print_stacktrace=1")
+
 function(orvo_test name)
   cmake_parse_arguments(ARG "DISPLAY" "LABEL;TIMEOUT" "SOURCES;LIBS;ENV" ${ARGN})
   if(NOT ARG_LABEL)
@@ -32,5 +38,5 @@ function(orvo_test name)
   set_tests_properties(${name} PROPERTIES
     LABELS ${ARG_LABEL}
     TIMEOUT ${ARG_TIMEOUT}
-    ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;QT_LOGGING_RULES=;${ARG_ENV}")
+    ENVIRONMENT "QT_QPA_PLATFORM=${platform};LC_ALL=C.UTF-8;QT_LOGGING_RULES=;${ORVO_TEST_SANITIZERS};${ARG_ENV}")
 endfunction()
