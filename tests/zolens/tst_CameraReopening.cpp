@@ -1,6 +1,6 @@
-#include "ProcessUse.h"
-
 #include <zolens/MyCamera.h>
+
+#include "support/ProcessUse.h"
 
 #include <QtTest>
 

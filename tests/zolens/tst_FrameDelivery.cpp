@@ -1,5 +1,6 @@
-#include "ProcessUse.h"
 #include "frames/FrameDelivery.h"
+
+#include "support/ProcessUse.h"
 
 #include <QtTest>
 
