@@ -1,10 +1,16 @@
-// A small RTSP server for tests, with made-up pictures: /h264 /h265 /mjpeg (640 x 480) and /hd
-// (1920 x 1080 H.264). Listens on 127.0.0.1,
-// prints "PORT n" and "READY", and dies with its parent.
+// A small RTSP server for tests and benchmarks, with made-up pictures. Listens on 127.0.0.1, prints
+// "PORT n" and "READY", and dies with its parent.
 //
 //   rtspserver [--port N] [--user NAME --password TEXT [--digest]] [--udp-only]
+//
+// Streams: /h264 /h265 /mjpeg (640 x 480), /hd /hd-h265 /hd-mjpeg (1920 x 1080; /hd is H.264), all
+// of a bouncing ball. Below /bars the same in colour bars, below /blink in one colour all over that
+// is another in each frame, below /clock with the ball and the time as ClockCode.h tells.
+
+#include "ClockCode.h"
 
 #include <gst/rtsp-server/rtsp-server.h>
+#include <gst/video/video.h>
 
 #include <sys/prctl.h>
 
@@ -45,20 +51,86 @@ bool parse(int argc, char** argv, Arguments* arguments)
     return true;
 }
 
-std::string pictures(int width, int height)
+/// What a stream shows, with the first part of its path.
+struct Scene
 {
-    return "( videotestsrc is-live=true pattern=ball ! "
-           "video/x-raw,format=I420,framerate=30/1,width=" +
-           std::to_string(width) + ",height=" + std::to_string(height) + " ! ";
+    const char* path;
+    const char* source; ///< Properties of videotestsrc.
+    bool clock;
+};
+
+struct Coding
+{
+    const char* path;
+    const char* format; ///< JPEG knows one colour space only.
+    const char* encoder;
+    int width;
+    int height;
+};
+
+const Scene scenes[] = {
+    {"", "pattern=ball", false},
+    {"/bars", "pattern=smpte", false},
+    {"/blink", "pattern=blink foreground-color=0xffc83c28 background-color=0xff1e5ab4", false},
+    {"/clock", "pattern=ball", true},
+};
+
+const char h264[] = "x264enc tune=zerolatency speed-preset=ultrafast key-int-max=30 ! "
+                    "rtph264pay name=pay0 pt=96 config-interval=-1";
+const char h265[] = "x265enc tune=zerolatency speed-preset=ultrafast key-int-max=30 ! "
+                    "rtph265pay name=pay0 pt=96 config-interval=-1";
+const char jpeg[] = "jpegenc ! rtpjpegpay name=pay0 pt=26";
+const char plain[] = "format=I420";
+const char full[] = "format=I420,colorimetry=1:4:0:0";
+
+const Coding codings[] = {
+    {"/h264", plain, h264, 640, 480},      {"/h265", plain, h265, 640, 480},
+    {"/mjpeg", full, jpeg, 640, 480},      {"/hd", plain, h264, 1920, 1080},
+    {"/hd-h265", plain, h265, 1920, 1080}, {"/hd-mjpeg", full, jpeg, 1920, 1080},
+};
+
+std::string pipeline(const Scene& scene, const Coding& coding)
+{
+    return std::string("( videotestsrc name=pictures is-live=true ") + scene.source +
+           " ! video/x-raw," + coding.format +
+           ",framerate=30/1,width=" + std::to_string(coding.width) +
+           ",height=" + std::to_string(coding.height) + " ! " + coding.encoder + " )";
+}
+
+GstPadProbeReturn paintClock(GstPad*, GstPadProbeInfo* info, gpointer)
+{
+    GstBuffer* buffer = gst_buffer_make_writable(GST_PAD_PROBE_INFO_BUFFER(info));
+    info->data = buffer;
+    const GstVideoMeta* picture = gst_buffer_get_video_meta(buffer);
+    const int stride = picture ? picture->stride[0] : 0;
+    GstMapInfo map;
+    if (picture && gst_buffer_map(buffer, &map, GST_MAP_WRITE)) {
+        clockcode::paint(map.data, stride, clockcode::now());
+        gst_buffer_unmap(buffer, &map);
+    }
+    return GST_PAD_PROBE_OK;
+}
+
+void addClock(GstRTSPMediaFactory*, GstRTSPMedia* media, gpointer)
+{
+    GstElement* bin = gst_rtsp_media_get_element(media);
+    GstElement* pictures = gst_bin_get_by_name(GST_BIN(bin), "pictures");
+    GstPad* pad = gst_element_get_static_pad(pictures, "src");
+    gst_pad_add_probe(pad, GST_PAD_PROBE_TYPE_BUFFER, paintClock, nullptr, nullptr);
+    g_object_unref(pad);
+    g_object_unref(pictures);
+    g_object_unref(bin);
 }
 
 const char role[] = "viewer";
 
-void addStream(GstRTSPServer* server, const char* path, const std::string& pipeline,
+void addStream(GstRTSPServer* server, const Scene& scene, const Coding& coding,
                const Arguments& arguments)
 {
     GstRTSPMediaFactory* factory = gst_rtsp_media_factory_new();
-    gst_rtsp_media_factory_set_launch(factory, (pipeline + " )").c_str());
+    gst_rtsp_media_factory_set_launch(factory, pipeline(scene, coding).c_str());
+    if (scene.clock)
+        g_signal_connect(factory, "media-configure", G_CALLBACK(addClock), nullptr);
     gst_rtsp_media_factory_set_shared(factory, TRUE);
     if (arguments.udpOnly)
         gst_rtsp_media_factory_set_protocols(factory, GST_RTSP_LOWER_TRANS_UDP);
@@ -67,7 +139,8 @@ void addStream(GstRTSPServer* server, const char* path, const std::string& pipel
                                         G_TYPE_BOOLEAN, TRUE, GST_RTSP_PERM_MEDIA_FACTORY_CONSTRUCT,
                                         G_TYPE_BOOLEAN, TRUE, nullptr);
     GstRTSPMountPoints* mounts = gst_rtsp_server_get_mount_points(server);
-    gst_rtsp_mount_points_add_factory(mounts, path, factory);
+    const std::string path = std::string(scene.path) + coding.path;
+    gst_rtsp_mount_points_add_factory(mounts, path.c_str(), factory);
     g_object_unref(mounts);
 }
 
@@ -93,17 +166,10 @@ void demandCredentials(GstRTSPServer* server, const Arguments& arguments)
 
 void addStreams(GstRTSPServer* server, const Arguments& arguments)
 {
-    const std::string x264 = "x264enc tune=zerolatency speed-preset=ultrafast key-int-max=30 ! "
-                             "rtph264pay name=pay0 pt=96 config-interval=-1";
-    addStream(server, "/h264", pictures(640, 480) + x264, arguments);
-    addStream(server, "/hd", pictures(1920, 1080) + x264, arguments);
-    addStream(server, "/h265",
-              pictures(640, 480) +
-                  "x265enc tune=zerolatency speed-preset=ultrafast key-int-max=30 ! "
-                  "rtph265pay name=pay0 pt=96 config-interval=-1",
-              arguments);
-    addStream(server, "/mjpeg", pictures(640, 480) + "jpegenc ! rtpjpegpay name=pay0 pt=26",
-              arguments);
+    for (const Scene& scene : scenes) {
+        for (const Coding& coding : codings)
+            addStream(server, scene, coding, arguments);
+    }
 }
 
 } // namespace

@@ -143,7 +143,19 @@ bool StreamDemuxer::findVideo()
         if (int(i) != videoIndex)
             format->streams[i]->discard = AVDISCARD_ALL;
     }
+    if (described)
+        takePieces();
     return !interrupt.isDue();
+}
+
+/// RTP brings these codecs in pieces of a frame, which the library's parsers would put together by
+/// what they hold rather than by their time stamps.
+void StreamDemuxer::takePieces()
+{
+    const AVCodecID codec = video().codec_id;
+    inPieces = codec == AV_CODEC_ID_H264 || codec == AV_CODEC_ID_HEVC;
+    if (inPieces)
+        format->flags |= AVFMT_FLAG_NOPARSE | AVFMT_FLAG_NOFILLIN;
 }
 
 const AVPacket* StreamDemuxer::read()
@@ -156,7 +168,9 @@ const AVPacket* StreamDemuxer::read()
             return nullptr;
         if (result >= 0 && packet->stream_index == videoIndex) {
             badReads = 0;
-            return packet.get();
+            const AVPacket* frame = inPieces ? assembler.add(*packet) : packet.get();
+            if (frame)
+                return frame;
         }
     }
     return nullptr;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "AvPointers.h"
+#include "FrameAssembler.h"
 
 namespace zolens {
 
@@ -33,15 +34,18 @@ public:
 private:
     bool connectTo(const StreamUrl& url);
     bool findVideo();
+    void takePieces();
     bool isWorthRetrying(int error);
     const AVStream* stream() const;
 
     StreamInterrupt& interrupt;
     AvPointer<AVFormatContext> format;
     AvPointer<AVPacket> packet;
+    FrameAssembler assembler;
     int videoIndex = -1;
     int badReads = 0;
     bool paced = false;
+    bool inPieces = false;
 };
 
 } // namespace zolens
