@@ -5,7 +5,6 @@ find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
-pkg_check_modules(UDEV REQUIRED IMPORTED_TARGET libudev)
 
 # libyuv ships without a pkg-config file.
 find_path(LIBYUV_INCLUDE_DIR libyuv.h REQUIRED)
