@@ -234,6 +234,7 @@ void MainWindow::openUsbDevice(int type, int index)
     qDebug("MainWindow::openCamera end.");
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot takes its text by value
 void MainWindow::openNetworkDevice(int type, QString url)
 {
     closeCamera();

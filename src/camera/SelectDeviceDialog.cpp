@@ -125,6 +125,7 @@ void SelectDeviceDialog::on_listWidgetTarnlink_itemDoubleClicked(QListWidgetItem
         accept();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot takes its text by value
 void SelectDeviceDialog::on_lineEditTarnlinkAddress_textChanged(QString arg1)
 {
     ui->pushButtonTarnlinkConnect->setEnabled(isIPv4(arg1));

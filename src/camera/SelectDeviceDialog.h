@@ -9,7 +9,7 @@
 
 class QListWidget;
 class QListWidgetItem;
-struct _tag_VideoDeviceInfo;
+struct _tag_VideoDeviceInfo; // NOLINT(bugprone-reserved-identifier): the library's own name
 
 namespace Ui {
 class SelectDeviceDialog;

@@ -85,6 +85,7 @@ void FormMeasure::calibrationChanged(int index)
         refuseCalibration();
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the slot takes its text by value
 void FormMeasure::calibrationNameChanged(QString name)
 {
     if (name.isEmpty() || !primitiveManager)
