@@ -84,6 +84,9 @@ MainWindow::MainWindow(QWidget* parent) : ZoFramelessWindow(parent)
 // The canvas goes after the side bar, and its tools report to the end.
 MainWindow::~MainWindow()
 {
+    // Before the view, which its frames are for.
+    delete camera;
+    camera = nullptr;
     outputbar->setManager(nullptr);
     view->manager()->setAttributesWidget(nullptr);
 }

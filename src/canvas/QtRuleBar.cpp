@@ -153,9 +153,10 @@ void QtRuleBar::drawLabel(QPainter* painter, int position, int tickLength, doubl
         return;
     }
     painter->save();
-    painter->translate(4.0, width / 2 + 2 + position);
+    const int half = width / 2;
+    painter->translate(4.0, half + 2 + position);
     painter->rotate(90);
-    painter->drawText(-(width / 2), -8, width, labelHeight, Qt::AlignRight, text);
+    painter->drawText(-half, -8, width, labelHeight, Qt::AlignRight, text);
     painter->restore();
 }
 

@@ -16,7 +16,7 @@ constexpr QStyle::State markedStates = QStyle::State_Selected | QStyle::State_Ha
 /// Whether the label's scale undoes the zoom, as on the screen. A render to an image may not.
 bool keepsSizeOnScreen(const QPainter& painter)
 {
-    const QTransform transform = painter.worldTransform();
+    const QTransform& transform = painter.worldTransform();
     return transform.type() <= QTransform::TxScale && qFuzzyCompare(transform.m11(), 1.0) &&
            qFuzzyCompare(transform.m22(), 1.0);
 }

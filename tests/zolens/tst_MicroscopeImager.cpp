@@ -388,20 +388,6 @@ private slots:
         QVERIFY(*lightest / *darkest < 1.02);
     }
 
-    void fullHdIsMadeFasterThanThirtyFramesASecond()
-    {
-        SimulatedSettings settings;
-        MicroscopeImager imager;
-        QImage frame(settings.size, QImage::Format_RGB32);
-        imager.render(settings, 0, frame);
-        QElapsedTimer timer;
-        timer.start();
-        for (quint64 number = 1; number <= 30; ++number) {
-            imager.render(settings, number, frame);
-        }
-        QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
-    }
-
 private:
     /// From top to bottom, at least 24 pixels away from every particle of frame 0.
     static QRect stripWithoutParticles(const QImage& frame)
