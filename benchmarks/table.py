@@ -9,7 +9,7 @@ import sys
 def medians(folder, name):
     """Time in microseconds and counters of each benchmark, by its name without the aggregate."""
     path = pathlib.Path(folder, name + ".json")
-    if not path.exists():
+    if not path.exists() or path.stat().st_size == 0:  # Empty when a filter left nothing.
         return {}
     unit = {"ns": 1e-3, "us": 1.0, "ms": 1e3, "s": 1e6}
     return {
@@ -61,14 +61,27 @@ def growth(folder):
 
 
 def camera(folder):
-    runs = medians(folder, "bench_camera")
+    runs = {
+        name.split("/iterations")[0]: run for name, run in medians(folder, "bench_camera").items()
+    }
     if not runs:
         return
-    print("| Source | Frames a second | First frame (ms) | Arrival to paint (ms) |")
-    print("|---|---|---|---|")
+    print(
+        "| Source | Frames a second | Baseline | Ratio | First frame (ms) "
+        "| Arrival to paint (ms) | Made to paint (ms) |"
+    )
+    print("|---|---|---|---|---|---|---|")
     for name, run in runs.items():
-        row = [f"{run[key]:.1f}" if key in run else "" for key in ("fps", "first_ms", "paint_ms")]
-        print(f"| {name.split('/iterations')[0]} | {' | '.join(row)} |")
+        if name.endswith("/painted:0"):
+            continue
+        unseen = runs.get(name.replace("/painted:1", "/painted:0"), run)
+        baseline = run.get("server_fps", unseen["fps"])
+        times = [
+            f"{run[key]:.1f}" if key in run else "" for key in ("first_ms", "paint_ms", "made_ms")
+        ]
+        title = name.replace("/painted:1", "")
+        row = [f"{run['fps']:.1f}", f"{baseline:.1f}", f"{run['fps'] / baseline:.2f}", *times]
+        print(f"| {title} | {' | '.join(row)} |")
     print()
 
 

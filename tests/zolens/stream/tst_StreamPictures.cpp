@@ -1,5 +1,6 @@
 #include "frames/FrameSink.h"
 #include "stream/StreamCamera.h"
+#include "support/rtspserver/ClockCode.h"
 #include "support/rtspserver/RtspServer.h"
 
 #include <QtTest>
@@ -153,6 +154,7 @@ private slots:
     void initTestCase();
     void showsWholeFramesInTheirColors_data();
     void showsWholeFramesInTheirColors();
+    void showsFramesSoonAfterTheyWereMade();
 
 private:
     RtspServer server;
@@ -186,6 +188,24 @@ void tst_StreamPictures::showsWholeFramesInTheirColors()
     QVERIFY(sink.waitForFrames(watchedFrames, 20s));
     camera.stop();
     QCOMPARE(sink.complaint(), QString());
+}
+
+void tst_StreamPictures::showsFramesSoonAfterTheyWereMade()
+{
+    const auto checkAge = [](const QImage& image) {
+        const uint32_t made =
+            clockcode::read([&](int x, int y) { return qGray(image.pixel(x, y)) > 128; });
+        const uint32_t age = clockcode::now() - made;
+        return age < 2000000U ? QString() : QStringLiteral("made %1 microseconds ago").arg(age);
+    };
+    for (const char* path : {"/clock/h264", "/clock/h265", "/clock/mjpeg"}) {
+        CheckingSink sink(checkAge);
+        StreamCamera camera(server.url(QString::fromLatin1(path)));
+        QVERIFY(camera.start(&sink));
+        QVERIFY(sink.waitForFrames(watchedFrames, 20s));
+        camera.stop();
+        QCOMPARE(sink.complaint(), QString());
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_StreamPictures)
