@@ -10,6 +10,9 @@
 # bench    what the benchmarks need
 set -euo pipefail
 
+stream_server="libgstrtspserver-1.0-dev
+        gstreamer1.0-plugins-base gstreamer1.0-plugins-good
+        gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly"
 declare -A packages=(
     [build]="cmake ninja-build g++ pkg-config ccache
         qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
@@ -18,10 +21,8 @@ declare -A packages=(
         fonts-dejavu-core"
     [desktop]="xvfb openbox x11-utils xdotool imagemagick
         dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3 python3-gi"
-    [test]="clang-format libgstrtspserver-1.0-dev
-        gstreamer1.0-plugins-base gstreamer1.0-plugins-good
-        gstreamer1.0-plugins-bad gstreamer1.0-plugins-ugly"
-    [bench]="libbenchmark-dev xvfb openbox x11-utils"
+    [test]="clang-format $stream_server"
+    [bench]="libbenchmark-dev xvfb openbox x11-utils $stream_server"
 )
 
 fail() {
