@@ -72,7 +72,7 @@ QVector<QRect> ItemPlaces::update(const QRegion& changed)
 QVector<QRect> ItemPlaces::takeAll(const QList<QGraphicsItem*>& present)
 {
     QHash<const QGraphicsItem*, QRect> before;
-    for (const Place& place : qAsConst(places))
+    for (const Place& place : places)
         before.insert(place.item, place.rect);
     QVector<QRect> moved;
     places.clear();
@@ -81,7 +81,7 @@ QVector<QRect> ItemPlaces::takeAll(const QList<QGraphicsItem*>& present)
         const QRect old = before.take(item);
         if (old != now.rect)
             moved << old << now.rect;
-        places << now;
+        places.push_back(now);
     }
     for (const QRect& gone : qAsConst(before))
         moved << gone;

@@ -5,6 +5,8 @@
 #include <QRegion>
 #include <QVector>
 
+#include <vector>
+
 class QGraphicsItem;
 class QGraphicsView;
 
@@ -32,13 +34,13 @@ public:
     QVector<QRect> update(const QRegion& changed);
 
     /// In stacking order, from the lowest.
-    const QVector<Place>& all() const { return places; }
+    const std::vector<Place>& all() const { return places; }
 
 private:
     QVector<QRect> takeAll(const QList<QGraphicsItem*>& present);
     QRect placeOf(const QGraphicsItem& item) const;
 
     const QGraphicsView& view;
-    QVector<Place> places;
+    std::vector<Place> places;
     QList<QGraphicsItem*> known; ///< The scene's own list, shared with it while it is the same.
 };
