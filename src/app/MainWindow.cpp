@@ -13,6 +13,7 @@
 #include "app/forms/FormSidebar.h"
 #include "camera/FormCameraControl.h"
 #include "camera/SelectDeviceDialog.h"
+#include "camera/panels/PanelCamDevices.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
 #include "measure/PrimitiveManager.h"
@@ -192,6 +193,8 @@ void MainWindow::connectSidebar()
             &MainWindow::openSelectDeviceDialog);
     connect(page, &FormCameraControl::closeCamera, this, &MainWindow::closeCamera);
     connect(page, &FormCameraControl::pauseCamera, this, &MainWindow::pausePreview);
+    if (auto* devices = page->findChild<PanelCamDevices*>())
+        connect(actionRecord, &QAction::toggled, devices, &QWidget::setDisabled);
 }
 
 void MainWindow::connectStatusBar()

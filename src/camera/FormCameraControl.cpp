@@ -1,16 +1,30 @@
 #include "camera/FormCameraControl.h"
 
+#include "camera/panels/PanelCamCapture.h"
+#include "camera/panels/PanelCamColorAdjustment.h"
+#include "camera/panels/PanelCamDevices.h"
+#include "camera/panels/PanelCamExposure.h"
+#include "camera/panels/PanelCamFlip.h"
+#include "camera/panels/PanelCamMiscellaneous.h"
 #include "camera/panels/PanelCamVideoSource.h"
+#include "camera/panels/PanelCamWhiteBalance.h"
+
+#include <zowidgets/ZoCategoryToolBox.h>
 
 #include <QVBoxLayout>
 
-FormCameraControl::FormCameraControl(bool withVideoSource, QWidget* parent) : QWidget(parent)
+FormCameraControl::FormCameraControl(bool withVideoSource, bool withCapture, QWidget* parent)
+    : QWidget(parent)
 {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
     if (withVideoSource)
         addVideoSource();
-    layout->addStretch(1);
+    toolBox = new ZoCategoryToolBox(this);
+    addCategories(withCapture);
+    toolBox->setEnabled(false);
+    layout->addWidget(toolBox, 1);
 }
 
 void FormCameraControl::onCameraOpened(MyCamera* camera)
@@ -20,6 +34,8 @@ void FormCameraControl::onCameraOpened(MyCamera* camera)
     setCamera(camera);
     for (PanelCamCtrl* panel : qAsConst(panels))
         panel->updateControls();
+    toolBox->relayout();
+    toolBox->setEnabled(true);
 }
 
 void FormCameraControl::onCameraClosed()
@@ -27,6 +43,7 @@ void FormCameraControl::onCameraClosed()
     setCamera(nullptr);
     if (videoSource)
         videoSource->updateControls();
+    toolBox->setEnabled(false);
 }
 
 void FormCameraControl::addVideoSource()
@@ -38,6 +55,24 @@ void FormCameraControl::addVideoSource()
     connect(videoSource, &PanelCamVideoSource::pauseCamera, this, &FormCameraControl::pauseCamera);
     panels << videoSource;
     layout()->addWidget(videoSource);
+}
+
+void FormCameraControl::addCategories(bool withCapture)
+{
+    if (withCapture)
+        addCategory(tr("Capture"), capture = new PanelCamCapture(this), true);
+    addCategory(tr("Image Source"), devices = new PanelCamDevices(this), true);
+    addCategory(tr("Exposure && Gain"), exposure = new PanelCamExposure(this), false);
+    addCategory(tr("White Balance"), whiteBalance = new PanelCamWhiteBalance(this), false);
+    addCategory(tr("Color Adjustment"), colorAdjustment = new PanelCamColorAdjustment(this), false);
+    addCategory(tr("Flip"), flip = new PanelCamFlip(this), false);
+    addCategory(tr("Miscellaneous"), miscellaneous = new PanelCamMiscellaneous(this), false);
+}
+
+void FormCameraControl::addCategory(const QString& title, PanelCamCtrl* panel, bool open)
+{
+    toolBox->addCategory(title, panel, open);
+    panels << panel;
 }
 
 void FormCameraControl::setCamera(MyCamera* camera)

@@ -206,7 +206,7 @@ private slots:
     void theSliderZoomsTheViewAndDoesNotHearItsEcho()
     {
         show();
-        auto* slider = window->findChild<QSlider*>();
+        auto* slider = window->findChild<QStatusBar*>()->findChild<QSlider*>();
         QSignalSpy changed(slider, &QSlider::valueChanged);
         slider->setValue(300);
         QCOMPARE(view()->level(), 300.0);

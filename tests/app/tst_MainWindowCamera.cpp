@@ -3,6 +3,7 @@
 #include "app/Application.h"
 #include "app/ModalDialog.h"
 #include "camera/SelectDeviceDialog.h"
+#include "camera/panels/PanelCamDevices.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
 
@@ -252,6 +253,19 @@ private slots:
         const QDir images(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation) +
                           QStringLiteral("/Orvo Files/Images"));
         QCOMPARE(images.entryList({QStringLiteral("*.jpg")}, QDir::Files).size(), 1);
+    }
+
+    void whileRecordingTheDeviceCannotBeChanged()
+    {
+        open();
+        const auto* devices = window->findChild<PanelCamDevices*>();
+        QVERIFY(devices->isEnabled());
+        DialogAnswer<QMessageBox> answer(
+            [](QMessageBox* box) { clickButton(box, QMessageBox::Ok); });
+        action("Record")->setChecked(true);
+        QVERIFY(!devices->isEnabled());
+        action("Record")->setChecked(false);
+        QVERIFY(devices->isEnabled());
     }
 
     void withoutStillCaptureThePictureIsTheVisibleCanvas()

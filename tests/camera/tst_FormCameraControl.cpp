@@ -1,9 +1,20 @@
 #include "camera/FormCameraControl.h"
 
+#include "FakeCamera.h"
+#include "app/Application.h"
+#include "camera/panels/PanelCamCapture.h"
+#include "camera/panels/PanelCamColorAdjustment.h"
+
 #include <zolens/MyCamera.h>
+#include <zowidgets/ZoCategoryToolBox.h>
 #include <zowidgets/ZoLinkLabel.h>
 
+#include <QAccessible>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QPushButton>
 #include <QSignalSpy>
+#include <QSlider>
 #include <QToolButton>
 #include <QtTest>
 
@@ -18,9 +29,17 @@ class tst_FormCameraControl : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase()
+    {
+        setApplicationNames();
+        installStyle(QStringLiteral("darkblue"));
+        installIconTheme();
+        installFont();
+    }
+
     void init()
     {
-        page = std::make_unique<FormCameraControl>(true, nullptr);
+        page = std::make_unique<FormCameraControl>(true, false, nullptr);
         page->resize(250, 400);
         page->show();
         QVERIFY(QTest::qWaitForWindowExposed(page.get()));
@@ -70,6 +89,109 @@ private slots:
     {
         page->onCameraOpened(nullptr);
         QVERIFY(!pause()->isVisible());
+        QVERIFY(!toolBox()->isEnabled());
+    }
+
+    void thePanelsFoldUnderTheirTitles()
+    {
+        QCOMPARE(titles(*page),
+                 QStringList({QStringLiteral("Image Source"), QStringLiteral("Exposure && Gain"),
+                              QStringLiteral("White Balance"), QStringLiteral("Color Adjustment"),
+                              QStringLiteral("Flip"), QStringLiteral("Miscellaneous")}));
+        QVERIFY(toolBox()->topLevelItem(0)->isExpanded());
+        for (int index = 1; index < toolBox()->topLevelItemCount(); ++index)
+            QVERIFY(!toolBox()->topLevelItem(index)->isExpanded());
+        QVERIFY(!page->findChild<PanelCamCapture*>());
+    }
+
+    void aCapturePanelComesFirstWhereItIsWished()
+    {
+        const FormCameraControl whole(true, true, nullptr);
+        QCOMPARE(titles(whole).first(), QStringLiteral("Capture"));
+        QCOMPARE(titles(whole).size(), 7);
+        QVERIFY(whole.findChild<ZoCategoryToolBox*>()->topLevelItem(0)->isExpanded());
+        QVERIFY(whole.findChild<PanelCamCapture*>());
+    }
+
+    void theToolBoxIsEnabledWhileACameraIsOpen()
+    {
+        QVERIFY(!toolBox()->isEnabled());
+        MyCamera camera;
+        QVERIFY(camera.open(simulated, 0, true));
+        page->onCameraOpened(&camera);
+        QVERIFY(toolBox()->isEnabled());
+        page->onCameraClosed();
+        QVERIFY(!toolBox()->isEnabled());
+    }
+
+    void aClosedCameraLeavesItsValuesAndIsNotPolled()
+    {
+        OpenFake fake;
+        fake.device->properties[CMProperty_Gain] = {0.0, 100.0, 40.0, 0.0};
+        page->onCameraOpened(&fake.camera);
+        page->onCameraClosed();
+        const int reads = fake.device->reads;
+        const auto* gain = page->findChild<QSlider*>(QStringLiteral("sliderGain"));
+        fake.device->properties[CMProperty_Gain].value = 60.0;
+        QTest::qWait(1500);
+        QCOMPARE(gain->value(), 40);
+        QCOMPARE(fake.device->reads, reads);
+    }
+
+    void aDeviceWithoutAnyPropertyHidesEveryPropertyGroup()
+    {
+        OpenFake fake;
+        page->onCameraOpened(&fake.camera);
+        toolBox()->expandAll();
+        QCoreApplication::processEvents();
+        for (const QGroupBox* group : page->findChildren<QGroupBox*>())
+            QVERIFY2(!group->isVisible(), qPrintable(group->objectName()));
+        QVERIFY(page->findChild<QComboBox*>(QStringLiteral("comboBoxPreviewSize"))->isVisible());
+    }
+
+    void rowsShrinkWithTheGroupsThatADeviceLacks()
+    {
+        MyCamera microscope;
+        QVERIFY(microscope.open(simulated, 0, true));
+        toolBox()->expandAll();
+        page->onCameraOpened(&microscope);
+        const auto* panel = page->findChild<PanelCamColorAdjustment*>();
+        QTRY_COMPARE(panel->height(), panel->sizeHint().height());
+        const int whole = panel->height();
+        OpenFake fake;
+        page->onCameraOpened(&fake.camera);
+        QTRY_VERIFY(panel->height() < whole / 2);
+        QCOMPARE(panel->height(), panel->sizeHint().height());
+    }
+
+    void everyControlFitsIntoANarrowPage()
+    {
+        MyCamera camera;
+        QVERIFY(camera.open(simulated, 0, true));
+        page->resize(205, 400);
+        toolBox()->expandAll();
+        page->onCameraOpened(&camera);
+        QCoreApplication::processEvents();
+        for (const QWidget* control : toolBox()->findChildren<QWidget*>()) {
+            if (!control->isVisible() || !control->parentWidget()->layout())
+                continue;
+            QVERIFY2(control->geometry().right() < control->parentWidget()->width(),
+                     qPrintable(control->objectName()));
+            QVERIFY2(control->width() >= control->minimumSizeHint().width(),
+                     qPrintable(control->objectName()));
+        }
+    }
+
+    void everyControlHasAnAccessibleName()
+    {
+        for (QWidget* control : toolBox()->viewport()->findChildren<QWidget*>()) {
+            const QString name = control->objectName();
+            if (control->focusPolicy() == Qt::NoFocus || name.isEmpty() ||
+                name.startsWith(QStringLiteral("qt_")))
+                continue;
+            QAccessibleInterface* read = QAccessible::queryAccessibleInterface(control);
+            QVERIFY2(!read->text(QAccessible::Name).isEmpty(), qPrintable(control->objectName()));
+        }
     }
 
     void theNameAsksForTheChoiceOfADevice()
@@ -119,11 +241,20 @@ private slots:
 
     void withoutVideoSourceThereIsNoName()
     {
-        const FormCameraControl bare(false, nullptr);
+        const FormCameraControl bare(false, false, nullptr);
         QVERIFY(!bare.findChild<ZoLinkLabel*>());
     }
 
 private:
+    static QStringList titles(const FormCameraControl& form)
+    {
+        QStringList texts;
+        for (const QPushButton* title :
+             form.findChildren<QPushButton*>(QStringLiteral("categoryTitle")))
+            texts << title->text();
+        return texts;
+    }
+    ZoCategoryToolBox* toolBox() const { return page->findChild<ZoCategoryToolBox*>(); }
     ZoLinkLabel* name() const { return page->findChild<ZoLinkLabel*>(); }
     QToolButton* pause() const
     {

@@ -247,6 +247,8 @@ class Drive:
         wait_for(self.picture_moves, "the picture to move again after the pause")
 
     def take_pictures(self):
+        if self.has_stills:
+            self.allow_stills()
         self.take_picture(lambda: desktop.key("Return"))
         self.take_picture(lambda: desktop.click(self.program.button("Snap").rect.center))
 
@@ -306,6 +308,14 @@ class Drive:
         wait_for(lambda: self.percentage() != before, "another percentage")
         back()
         wait_for(lambda: self.percentage() == before, "the percentage of before")
+
+    def allow_stills(self):
+        """With nothing stored, a camera opens with its still capture disabled."""
+        lock = self.program.button("Disable still capture")
+        check(lock.checked, "still capture is not disabled at first")
+        desktop.click(lock.rect.center)
+        wait_for(lambda: not self.program.button("Disable still capture").checked,
+                 "still capture to be allowed")
 
     def take_picture(self, action):
         known = set(PICTURES.glob("*"))

@@ -25,7 +25,7 @@ FormSidebar::FormSidebar(QWidget* parent)
       sideBar(new ZoSideBar(this)),
       captionLabel(new QLabel(tr("Caption"), this)),
       stackedWidget(new QStackedWidget(this)),
-      cameraPage(new FormCameraControl(true, this)),
+      cameraPage(new FormCameraControl(true, false, this)),
       measurePage(new FormMeasure(this))
 {
     auto* layout = new QVBoxLayout(this);

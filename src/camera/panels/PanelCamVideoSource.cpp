@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr int margin = 4;
 constexpr int cameraIconSize = 16;
 constexpr int pauseIconSize = 24;
 
@@ -25,7 +24,7 @@ PanelCamVideoSource::PanelCamVideoSource(QWidget* parent)
       ui(std::make_unique<Ui::PanelCamVideoSource>())
 {
     ui->setupUi(this);
-    layout()->setContentsMargins(margin, margin, margin, margin);
+    finishForm();
     setIcons();
     ui->labelVideoSourceName->installEventFilter(this);
     connect(ui->labelVideoSourceName, &ZoLinkLabel::clicked, this,
