@@ -5,6 +5,7 @@ find_package(PkgConfig REQUIRED)
 find_package(Threads REQUIRED)
 
 pkg_check_modules(FFMPEG REQUIRED IMPORTED_TARGET libavformat libavcodec libavutil libswscale)
+pkg_check_modules(TURBOJPEG REQUIRED IMPORTED_TARGET libturbojpeg)
 
 # libyuv ships without a pkg-config file.
 find_path(LIBYUV_INCLUDE_DIR libyuv.h REQUIRED)

@@ -17,7 +17,8 @@ declare -A packages=(
     [build]="cmake ninja-build g++ pkg-config ccache
         qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
         qttranslations5-l10n qt5-image-formats-plugins
-        libavformat-dev libavcodec-dev libavutil-dev libswscale-dev libyuv-dev
+        libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
+        libturbojpeg0-dev libyuv-dev
         fonts-dejavu-core"
     [desktop]="xvfb openbox x11-utils xdotool imagemagick
         dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3 python3-gi"

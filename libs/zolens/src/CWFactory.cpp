@@ -2,14 +2,6 @@
 
 #include "DeviceClasses.h"
 
-#include <atomic>
-
-namespace {
-
-std::atomic<CWUVCFilter*> uvcFilter{nullptr};
-
-} // namespace
-
 std::vector<_tag_VideoDeviceInfo> CWFactory::videoDeviceList()
 {
     return zolens::presentCameras();
@@ -29,5 +21,5 @@ void CWFactory::stopTarnlinkDeviceScan() {}
 
 void CWFactory::setUVCFilter(CWUVCFilter* filter)
 {
-    uvcFilter = filter;
+    zolens::setDeviceFilter(filter);
 }

@@ -7,8 +7,13 @@
 #include <memory>
 #include <vector>
 
+class CWUVCFilter;
+
 /// The one place that knows which classes of devices there are.
 namespace zolens {
+
+/// The filter for what follows, not owned; null shows every camera.
+void setDeviceFilter(const CWUVCFilter* filter);
 
 /// The device of that class and number, not started yet; null for a class or number that is none.
 std::unique_ptr<CWCamera> createCamera(int type, int index, bool tryStillCapture);

@@ -76,6 +76,8 @@ const RowConversion conversions[] = {
     {AV_PIX_FMT_GRAY8, 0, gray8},
     {AV_PIX_FMT_BGR24, 0, packed<libyuv::RGB24ToARGB>},
     {AV_PIX_FMT_RGB24, 0, packed<libyuv::RAWToARGB>},
+    {AV_PIX_FMT_YUYV422, 0, packed<libyuv::YUY2ToARGB>},
+    {AV_PIX_FMT_UYVY422, 0, packed<libyuv::UYVYToARGB>},
 };
 
 } // namespace

@@ -1,0 +1,153 @@
+#include "CaptureNodes.h"
+
+#include "V4l2Device.h"
+
+#include <linux/videodev2.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+
+namespace zolens {
+namespace {
+
+constexpr int hexadecimal = 16;
+/// From the interface of a device up to the device; some hubs and drivers add levels.
+constexpr int mostLevels = 4;
+
+std::optional<v4l2_capability> capability(const V4l2Host& host, const QString& path)
+{
+    const V4l2Device device(host.system, path);
+    v4l2_capability answer = {};
+    if (!device.isOpen() || device.request(VIDIOC_QUERYCAP, &answer) != 0)
+        return std::nullopt;
+    return answer;
+}
+
+bool givesPictures(const v4l2_capability& answer)
+{
+    constexpr __u32 needed = V4L2_CAP_VIDEO_CAPTURE | V4L2_CAP_STREAMING;
+    const bool ofNode = answer.capabilities & V4L2_CAP_DEVICE_CAPS;
+    const __u32 caps = ofNode ? answer.device_caps : answer.capabilities;
+    return (caps & needed) == needed;
+}
+
+template <std::size_t size>
+std::string text(const __u8 (&characters)[size])
+{
+    const char* begin = reinterpret_cast<const char*>(characters);
+    return std::string(begin, strnlen(begin, size));
+}
+
+std::uint16_t readId(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().trimmed().toUShort(nullptr, hexadecimal);
+}
+
+/// Reads the ids of the USB device that the node belongs to, where it belongs to one.
+void readUsbIds(const V4l2Host& host, CaptureNode* node)
+{
+    const QString link =
+        host.sysfs + QStringLiteral("/class/video4linux/video%1/device").arg(node->number);
+    QString folder = QFileInfo(link).canonicalFilePath();
+    for (int i = 0; i < mostLevels && !folder.isEmpty(); ++i) {
+        if (QFile::exists(folder + QLatin1String("/idVendor"))) {
+            node->vendorId = readId(folder + QLatin1String("/idVendor"));
+            node->productId = readId(folder + QLatin1String("/idProduct"));
+            return;
+        }
+        folder = QFileInfo(folder).path();
+    }
+}
+
+bool idFits(std::uint16_t wanted, std::uint16_t id)
+{
+    return wanted == 0 || wanted == id;
+}
+
+bool rowFits(const CWUVCFilterItem& row, const CaptureNode& node)
+{
+    const bool onUsb = node.vendorId != 0;
+    const bool ofClass = row.type == CWDevice_OtherCapture || (row.type == CWDevice_Uvc && onUsb);
+    return ofClass && idFits(row.vendorId, node.vendorId) && idFits(row.productId, node.productId);
+}
+
+/// Null when none fits.
+const CWUVCFilterItem* firstFit(const CaptureNode& node, const CWUVCFilter& filter)
+{
+    const auto& rows = filter.items();
+    const auto row = std::find_if(rows.begin(), rows.end(),
+                                  [&node](const auto& item) { return rowFits(item, node); });
+    return row == rows.end() ? nullptr : &*row;
+}
+
+} // namespace
+
+std::optional<CaptureNode> captureNode(const V4l2Host& host, int number)
+{
+    CaptureNode node;
+    node.number = number;
+    node.path = host.devices + QStringLiteral("/video%1").arg(number);
+    const auto answer = capability(host, node.path);
+    if (!answer || !givesPictures(*answer))
+        return std::nullopt;
+    node.name = text(answer->card);
+    readUsbIds(host, &node);
+    return node;
+}
+
+std::vector<CaptureNode> captureNodes(const V4l2Host& host)
+{
+    const QString prefix = QStringLiteral("video");
+    std::vector<int> numbers;
+    const QStringList names =
+        QDir(host.devices).entryList({prefix + QLatin1Char('*')}, QDir::Files | QDir::System);
+    for (const QString& name : names) {
+        bool isNumber = false;
+        const int number = name.mid(prefix.size()).toInt(&isNumber);
+        if (isNumber && number >= 0)
+            numbers.push_back(number);
+    }
+    std::sort(numbers.begin(), numbers.end());
+    std::vector<CaptureNode> nodes;
+    for (const int number : numbers) {
+        if (const auto node = captureNode(host, number))
+            nodes.push_back(*node);
+    }
+    return nodes;
+}
+
+std::optional<_tag_VideoDeviceInfo> describe(const CaptureNode& node, const CWUVCFilter& filter)
+{
+    const CWUVCFilterItem* row = firstFit(node, filter);
+    if (!row)
+        return std::nullopt;
+    _tag_VideoDeviceInfo info;
+    info.type = row->type;
+    info.index = node.number;
+    info.name = row->model.empty() ? node.name : row->model;
+    return info;
+}
+
+std::vector<_tag_VideoDeviceInfo> captureDevices(const V4l2Host& host, const CWUVCFilter& filter)
+{
+    std::vector<CaptureNode> nodes = captureNodes(host);
+    std::stable_sort(nodes.begin(), nodes.end(), [&filter](const auto& a, const auto& b) {
+        return std::less<>()(firstFit(a, filter), firstFit(b, filter));
+    });
+    std::vector<_tag_VideoDeviceInfo> devices;
+    for (const CaptureNode& node : nodes) {
+        if (const auto device = describe(node, filter))
+            devices.push_back(*device);
+    }
+    return devices;
+}
+
+} // namespace zolens

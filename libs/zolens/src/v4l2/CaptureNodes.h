@@ -1,0 +1,48 @@
+#pragma once
+
+#include "V4l2System.h"
+#include "zolens/CWUVCFilter.h"
+#include "zolens/CameraTypes.h"
+
+#include <QString>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace zolens {
+
+/// Where video devices are looked for.
+struct V4l2Host
+{
+    std::shared_ptr<V4l2System> system = kernelV4l2();
+    QString devices = QStringLiteral("/dev");
+    QString sysfs = QStringLiteral("/sys");
+};
+
+/// A device node that gives pictures.
+struct CaptureNode
+{
+    int number = 0; ///< The one in the node's name.
+    QString path;
+    std::string name; ///< By which the device calls itself.
+    /// Both 0 for a device that is not on the USB.
+    std::uint16_t vendorId = 0;
+    std::uint16_t productId = 0;
+};
+
+/// Nothing when there is no such node or it gives no pictures, as those for metadata.
+std::optional<CaptureNode> captureNode(const V4l2Host& host, int number);
+
+/// Those present now, by their numbers.
+std::vector<CaptureNode> captureNodes(const V4l2Host& host);
+
+/// The device as the first row of the filter that fits it tells; nothing when none does. Rows for
+/// cameras on the USB fit no others. The index is the number of the node, so that it keeps pointing
+/// at the same device while others come and go.
+std::optional<_tag_VideoDeviceInfo> describe(const CaptureNode& node, const CWUVCFilter& filter);
+
+/// All that the filter shows, in the order of its rows, and by their numbers within a row.
+std::vector<_tag_VideoDeviceInfo> captureDevices(const V4l2Host& host, const CWUVCFilter& filter);
+
+} // namespace zolens

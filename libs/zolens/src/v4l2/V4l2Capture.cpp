@@ -1,0 +1,236 @@
+#include "V4l2Capture.h"
+
+#include "CameraControls.h"
+#include "DecoderTeam.h"
+#include "FrameDecoder.h"
+#include "V4l2Device.h"
+#include "V4l2Log.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <limits>
+
+namespace zolens {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds shortestPatience(2000);
+constexpr int patienceInFrames = 10;
+/// The first pictures after a switch may be dark or torn.
+constexpr int settlingFrames = 3;
+
+bool isGone(int error)
+{
+    return error == ENODEV || error == ENXIO || error == EBADF;
+}
+
+int timeUntil(StreamClock::time_point time)
+{
+    const auto left = std::chrono::ceil<milliseconds>(time - StreamClock::now()).count();
+    return int(std::clamp<milliseconds::rep>(left, 0, std::numeric_limits<int>::max()));
+}
+
+} // namespace
+
+V4l2Capture::V4l2Capture(V4l2Session& v4l2Session) : session(v4l2Session) {}
+
+V4l2Capture::~V4l2Capture() = default;
+
+bool V4l2Capture::open()
+{
+    if (!identify())
+        return false;
+    session.modes.offer(videoFormats(*device));
+    if (session.modes.sizes().empty())
+        return false;
+    session.setControls(std::make_shared<CameraControls>(device));
+    stream = std::make_unique<V4l2Stream>(device);
+    const int error = startPreview();
+    if (error != 0)
+        qCInfo(v4l2Log, "%s gives no pictures: %s", session.info.name.c_str(),
+               std::strerror(error));
+    return error == 0;
+}
+
+bool V4l2Capture::identify()
+{
+    const V4l2Address& address = session.address;
+    const auto node = captureNode(address.host, address.number);
+    const auto info = node ? describe(*node, address.filter) : std::nullopt;
+    if (!info || info->type != address.type)
+        return false;
+    session.info = *info;
+    device = std::make_shared<V4l2Device>(address.host.system, node->path);
+    return device->isOpen();
+}
+
+void V4l2Capture::run()
+{
+    for (;;) {
+        begun = StreamClock::now();
+        const End end = capture();
+        stream->stop();
+        if (end == End::Cancelled || end == End::Gone)
+            break;
+        if (end == End::LargeStill)
+            takeStill();
+        if (end == End::Stalled && !waitOut())
+            break;
+        if (!resume())
+            break;
+    }
+    qCInfo(v4l2Log, "%s ended, %llu damaged and %llu dropped frames", session.info.name.c_str(),
+           session.damaged.load(), session.dropped.load());
+}
+
+/// Grows from one stall to the next. False when it was cancelled meanwhile.
+bool V4l2Capture::waitOut()
+{
+    ++session.restarts;
+    const auto time = pause.next(StreamClock::now() - begun);
+    return session.wake.sleepFor(std::chrono::ceil<milliseconds>(time));
+}
+
+/// Takes the preview up, as it was before where the device refuses the new mode. False when the
+/// device is gone or it was cancelled.
+bool V4l2Capture::resume()
+{
+    while (!session.wake.isCancelled()) {
+        const VideoMode asked = session.modes.preview();
+        const int error = startPreview();
+        if (error == 0)
+            return true;
+        if (isGone(error))
+            return false;
+        begun = StreamClock::now();
+        if (asked != running)
+            session.modes.correct(asked, running);
+        else if (!waitOut())
+            return false;
+    }
+    return false;
+}
+
+int V4l2Capture::startStream(const VideoMode& mode)
+{
+    return stream->start(*session.modes.format(mode.format).pixels, mode.size);
+}
+
+int V4l2Capture::startPreview()
+{
+    const VideoMode asked = session.modes.preview();
+    const int error = startStream(asked);
+    if (error != 0)
+        return error;
+    running = {asked.format, stream->layout().size};
+    session.modes.correct(asked, running);
+    return 0;
+}
+
+V4l2Capture::End V4l2Capture::capture()
+{
+    DecoderTeam team(session, *stream);
+    FrameWatchdog watchdog = makeWatchdog();
+    DriverFrame frame;
+    while (!interruption()) {
+        const int error = await(watchdog, &frame);
+        if (error == EAGAIN)
+            continue;
+        if (error != 0)
+            return isGone(error) ? End::Gone : End::Stalled;
+        watchdog.frameArrived(StreamClock::now());
+        pass(frame, &team);
+    }
+    return *interruption();
+}
+
+std::optional<V4l2Capture::End> V4l2Capture::interruption() const
+{
+    if (session.wake.isCancelled())
+        return End::Cancelled;
+    if (session.modes.preview() != running)
+        return End::NewMode;
+    if (session.wantsLargeStill())
+        return End::LargeStill;
+    return std::nullopt;
+}
+
+void V4l2Capture::pass(const DriverFrame& frame, DecoderTeam* team)
+{
+    if (!frame.damaged) {
+        team->submit(frame);
+        return;
+    }
+    ++session.damaged;
+    stream->giveBack(frame);
+}
+
+/// 0 with a frame, EAGAIN when there is something else to look at, ETIMEDOUT after the deadline.
+int V4l2Capture::await(const FrameWatchdog& watchdog, DriverFrame* frame)
+{
+    const auto controls = session.controls();
+    const auto deadline = watchdog.deadline() + controls->exposureTime();
+    pollfd sources[] = {{device->descriptor(), POLLIN, 0}, {session.wake.descriptor(), POLLIN, 0}};
+    const int count = device->system().poll(sources, std::size(sources), timeUntil(deadline));
+    if (count == 0)
+        return ETIMEDOUT;
+    if (count < 0)
+        return errno == EINTR ? EAGAIN : errno;
+    if (sources[1].revents != 0)
+        session.wake.clear();
+    return takeReady(sources[0].revents, frame);
+}
+
+int V4l2Capture::takeReady(short events, DriverFrame* frame)
+{
+    if (events == 0)
+        return EAGAIN;
+    const int error = stream->take(frame);
+    const bool failed = events & (POLLERR | POLLHUP | POLLNVAL);
+    return error == EAGAIN && failed ? EIO : error;
+}
+
+void V4l2Capture::takeStill()
+{
+    const int error = startStream(session.modes.still());
+    session.still.fulfil(error == 0 ? stillPicture() : QImage());
+    stream->stop();
+}
+
+QImage V4l2Capture::stillPicture()
+{
+    const auto decoder = makeDecoder(stream->layout());
+    QImage picture(stream->layout().size, QImage::Format_RGB32);
+    FrameWatchdog watchdog = makeWatchdog();
+    DriverFrame frame;
+    for (int frames = 0; decoder && session.still.isPending() && !session.wake.isCancelled();) {
+        const int error = await(watchdog, &frame);
+        if (error == EAGAIN)
+            continue;
+        if (error != 0)
+            break;
+        watchdog.frameArrived(StreamClock::now());
+        const bool settled = ++frames > settlingFrames;
+        const bool done = (settled || decoder->needsEveryFrame()) &&
+                          decoder->decode(frame, session.look.orientation(), &picture) ==
+                              FrameDecoder::Result::Picture;
+        stream->giveBack(frame);
+        if (!settled || !done)
+            continue;
+        session.look.apply(&picture);
+        return picture;
+    }
+    return {};
+}
+
+FrameWatchdog V4l2Capture::makeWatchdog() const
+{
+    const auto patience = std::chrono::duration<double>(stream->frameTime() * patienceInFrames);
+    const auto first = std::max<StreamClock::duration>(
+        shortestPatience, std::chrono::duration_cast<StreamClock::duration>(patience));
+    return FrameWatchdog(StreamClock::now() + first, stream->frameTime());
+}
+
+} // namespace zolens

@@ -1,0 +1,375 @@
+#include "CameraBench.h"
+#include "TestPictures.h"
+#include "zolens/stream/RecordingSink.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <future>
+#include <thread>
+
+using namespace std::chrono_literals;
+using zolens::V4l2Camera;
+
+namespace {
+
+constexpr int startLimit = 5000;
+constexpr int stopLimit = 500;
+
+/// Holds callers up until it is opened.
+class Gate final
+{
+public:
+    std::function<void()> wait()
+    {
+        return [future = opened.get_future().share()] { future.wait(); };
+    }
+    void open() { opened.set_value(); }
+
+private:
+    std::promise<void> opened;
+};
+
+} // namespace
+
+class tst_V4l2Failures final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init()
+    {
+        bench = std::make_unique<CameraBench>();
+        device = CameraBench::webcam();
+        device->formats = {{V4L2_PIX_FMT_MJPEG, {{640, 480}, {1280, 720}}, {}}};
+        bench->plug(0, device, "1234", "5678");
+    }
+
+    void aMissingDeviceDoesNotOpen();
+    void aDeviceOfAnotherClassDoesNotOpen();
+    void aDeviceWithoutKnownFormatsDoesNotOpen();
+    void aDeviceInUseDoesNotOpen();
+    void anErrorEndsTheOpening_data();
+    void anErrorEndsTheOpening();
+    void aFormatThatIsNotKeptEndsTheOpening();
+    void anErrorOfTheRateDoesNoHarm();
+    void aHangingDeviceEndsTheOpeningInTime();
+    void stopsInTimeWhileTheDeviceHangs();
+    void aHangingControlHoldsNobodyUp();
+    void skipsDamagedFrames();
+    void skipsFramesThatTheDriverCallsDamaged();
+    void restartsAStalledDevice();
+    void restartsABrokenQueue();
+    void triesUntilARestartWorks();
+    void aLongExposureIsNoStall();
+    void unpluggingEndsTheStream();
+    void unpluggingEndsAStillUnderWay();
+    void opensAgainWhenPluggedInAgain();
+    void goneWhileItRestarts();
+    void aStillThatTheDeviceRefusesIsNull();
+
+private:
+    std::unique_ptr<CameraBench> bench;
+    std::shared_ptr<FakeCamera> device;
+};
+
+void tst_V4l2Failures::aMissingDeviceDoesNotOpen()
+{
+    auto address = bench->address();
+    address.number = 3;
+    RecordingSink sink;
+    V4l2Camera camera(address, false);
+    QVERIFY(!camera.start(&sink));
+    QCOMPARE(int(sink.asked), 0);
+}
+
+void tst_V4l2Failures::aDeviceOfAnotherClassDoesNotOpen()
+{
+    auto address = bench->address();
+    address.type = CWDevice_OtherCapture;
+    RecordingSink sink;
+    V4l2Camera camera(address, false);
+    QVERIFY(!camera.start(&sink));
+}
+
+void tst_V4l2Failures::aDeviceWithoutKnownFormatsDoesNotOpen()
+{
+    device->formats = {{V4L2_PIX_FMT_SBGGR8, {{640, 480}}, {}}};
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(!camera.start(&sink));
+    QCOMPARE(bench->system->openHandles(), 0);
+}
+
+void tst_V4l2Failures::aDeviceInUseDoesNotOpen()
+{
+    device->setInUse(true);
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(!camera.start(&sink));
+    QCOMPARE(bench->system->openHandles(), 0);
+    device->setInUse(false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(1, 5s));
+}
+
+void tst_V4l2Failures::anErrorEndsTheOpening_data()
+{
+    QTest::addColumn<quint64>("request");
+    QTest::newRow("capabilities") << quint64(VIDIOC_QUERYCAP);
+    QTest::newRow("formats") << quint64(VIDIOC_ENUM_FMT);
+    QTest::newRow("format") << quint64(VIDIOC_S_FMT);
+    QTest::newRow("buffers") << quint64(VIDIOC_REQBUFS);
+    QTest::newRow("buffer") << quint64(VIDIOC_QUERYBUF);
+    QTest::newRow("queue") << quint64(VIDIOC_QBUF);
+    QTest::newRow("start") << quint64(VIDIOC_STREAMON);
+    QTest::newRow("mapping") << quint64(0);
+}
+
+void tst_V4l2Failures::anErrorEndsTheOpening()
+{
+    QFETCH(quint64, request);
+    if (request == 0)
+        bench->system->failMmap(ENOMEM);
+    else
+        bench->system->fail(request, EIO);
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(!camera.start(&sink));
+    QCOMPARE(bench->system->openHandles(), 0);
+    bench->system->failMmap(0);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(1, 5s));
+}
+
+void tst_V4l2Failures::aFormatThatIsNotKeptEndsTheOpening()
+{
+    // The device changes its mind between listing and setting.
+    bench->system->before(VIDIOC_S_FMT, [this] {
+        device->formats = {{V4L2_PIX_FMT_YUYV, {{640, 480}}, {}}};
+    });
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(!camera.start(&sink));
+}
+
+void tst_V4l2Failures::anErrorOfTheRateDoesNoHarm()
+{
+    bench->system->fail(VIDIOC_S_PARM, EINVAL);
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(1, 5s));
+}
+
+void tst_V4l2Failures::aHangingDeviceEndsTheOpeningInTime()
+{
+    Gate gate;
+    bench->system->before(VIDIOC_STREAMON, gate.wait());
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(!camera.start(&sink));
+    QVERIFY2(timer.elapsed() < startLimit, qPrintable(QString::number(timer.elapsed())));
+    gate.open();
+    QTRY_COMPARE(bench->system->openHandles(), 0);
+    QCOMPARE(int(sink.asked), 0);
+}
+
+void tst_V4l2Failures::stopsInTimeWhileTheDeviceHangs()
+{
+    Gate gate;
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(1, 5s));
+    bench->system->before(VIDIOC_STREAMOFF, gate.wait());
+    QElapsedTimer timer;
+    timer.start();
+    camera.stop();
+    QVERIFY2(timer.elapsed() < stopLimit, qPrintable(QString::number(timer.elapsed())));
+    const int asked = sink.asked;
+    gate.open();
+    QTRY_COMPARE(bench->system->openHandles(), 0);
+    QCOMPARE(int(sink.asked), asked);
+}
+
+void tst_V4l2Failures::aHangingControlHoldsNobodyUp()
+{
+    Gate gate;
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    bench->system->before(VIDIOC_S_CTRL, gate.wait());
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(camera.setProperty(CMProperty_Brightness, 1) != 0);
+    double value = 0;
+    for (int i = 0; i < 20; ++i)
+        QVERIFY(camera.getProperty(CMProperty_Brightness, &value) != 0);
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(sink.waitForFrames(5, 5s));
+    timer.restart();
+    camera.stop();
+    QVERIFY2(timer.elapsed() < stopLimit, qPrintable(QString::number(timer.elapsed())));
+    gate.open();
+    QTRY_COMPARE(bench->system->openHandles(), 0);
+}
+
+void tst_V4l2Failures::skipsDamagedFrames()
+{
+    device->pictures = [](quint32 fourcc, const QSize& size, int number) {
+        const QByteArray good = pictures::quartersAs(fourcc, size);
+        return number % 3 == 0 ? good.left(good.size() / 2) : good;
+    };
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QTRY_VERIFY(camera.damagedFrames() > 3);
+    QVERIFY(sink.waitForFrames(6, 5s));
+    QVERIFY(pictures::areQuarters(sink.lastFrame()));
+    QCOMPARE(camera.restarts(), quint64(0));
+}
+
+void tst_V4l2Failures::skipsFramesThatTheDriverCallsDamaged()
+{
+    device->frameFlags = V4L2_BUF_FLAG_ERROR;
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QTRY_VERIFY(camera.damagedFrames() > 20);
+    QCOMPARE(int(sink.asked), 0);
+}
+
+void tst_V4l2Failures::restartsAStalledDevice()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    device->stall();
+    QElapsedTimer timer;
+    timer.start();
+    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), 10000);
+    QVERIFY2(timer.elapsed() > 1800 && timer.elapsed() < 3000,
+             qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(sink.waitForFrames(5, 5s));
+}
+
+void tst_V4l2Failures::restartsABrokenQueue()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    device->breakQueue();
+    QTRY_COMPARE(camera.restarts(), quint64(1));
+    QVERIFY(sink.waitForFrames(5, 5s));
+}
+
+void tst_V4l2Failures::triesUntilARestartWorks()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    bench->system->fail(VIDIOC_STREAMON, EIO, 2);
+    device->breakQueue();
+    QVERIFY(sink.waitForFrames(20, 10s));
+    QCOMPARE(camera.restarts(), quint64(3));
+}
+
+void tst_V4l2Failures::aLongExposureIsNoStall()
+{
+    device->controls = {};
+    device->controls.addInteger(V4L2_CID_EXPOSURE_ABSOLUTE, 1, 100000, 20000);
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    device->stall();
+    // Two seconds more than without.
+    QTest::qWait(3000);
+    QCOMPARE(camera.restarts(), quint64(0));
+    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), 3000);
+}
+
+void tst_V4l2Failures::unpluggingEndsTheStream()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    bench->unplug(0);
+    QTRY_COMPARE(bench->system->openHandles(), 0);
+    const int asked = sink.asked;
+    double value = 0;
+    QVERIFY(camera.getProperty(CMProperty_Brightness, &value) != 0);
+    QVERIFY(camera.setProperty(CMProperty_Brightness, 1) != 0);
+    QVERIFY(camera.captureStill().isNull());
+    QCOMPARE(camera.setPreviewSize(0), 0);
+    QTest::qWait(200);
+    QCOMPARE(int(sink.asked), asked);
+    QCOMPARE(camera.restarts(), quint64(0));
+    camera.stop();
+}
+
+void tst_V4l2Failures::unpluggingEndsAStillUnderWay()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    device->stall();
+    auto unplugging = std::async(std::launch::async, [this] {
+        std::this_thread::sleep_for(300ms);
+        bench->unplug(0);
+    });
+    QElapsedTimer timer;
+    timer.start();
+    QVERIFY(camera.captureStill().isNull());
+    QVERIFY(timer.elapsed() < 2000);
+}
+
+void tst_V4l2Failures::opensAgainWhenPluggedInAgain()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    bench->unplug(0);
+    QTRY_COMPARE(bench->system->openHandles(), 0);
+    QVERIFY(!camera.start(&sink));
+    bench->plug(0, CameraBench::webcam(), "1234", "5678");
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+}
+
+void tst_V4l2Failures::goneWhileItRestarts()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    bench->system->fail(VIDIOC_STREAMON, EIO, 1000);
+    device->breakQueue();
+    QTRY_VERIFY(camera.restarts() > 1);
+    bench->unplug(0);
+    QTRY_COMPARE_WITH_TIMEOUT(bench->system->openHandles(), 0, 10000);
+}
+
+void tst_V4l2Failures::aStillThatTheDeviceRefusesIsNull()
+{
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), true);
+    QVERIFY(camera.start(&sink));
+    QCOMPARE(camera.setPreviewSize(0), 0);
+    QTRY_COMPARE(sink.lastFrame().size(), QSize(640, 480));
+    bench->system->fail(VIDIOC_S_FMT, EBUSY);
+    QVERIFY(camera.captureStill().isNull());
+    QVERIFY(sink.waitForFrames(3, 5s));
+    QCOMPARE(sink.lastFrame().size(), QSize(640, 480));
+    QCOMPARE(camera.captureStill().size(), QSize(1280, 720));
+}
+
+QTEST_GUILESS_MAIN(tst_V4l2Failures)
+#include "tst_V4l2Failures.moc"
