@@ -87,6 +87,27 @@ private slots:
         QCOMPARE(captureNode(bench.host(), 0)->name, std::string(32, 'x'));
     }
 
+    void namesACameraOnce_data()
+    {
+        QTest::addColumn<QByteArray>("card");
+        QTest::addColumn<QByteArray>("name");
+        QTest::newRow("twice") << QByteArray("Cam: Cam") << QByteArray("Cam");
+        QTest::newRow("cut off") << QByteArray("HD Webcam: HD We") << QByteArray("HD Webcam");
+        QTest::newRow("different") << QByteArray("Maker: Cam") << QByteArray("Maker: Cam");
+        QTest::newRow("longer") << QByteArray("Cam: Cam 2") << QByteArray("Cam: Cam 2");
+        QTest::newRow("nothing behind") << QByteArray("Cam: ") << QByteArray("Cam");
+        QTest::newRow("empty") << QByteArray("") << QByteArray("");
+    }
+
+    void namesACameraOnce()
+    {
+        QFETCH(QByteArray, card);
+        QFETCH(QByteArray, name);
+        CameraBench bench;
+        bench.plug(0, cameraNamed(card));
+        QCOMPARE(captureNode(bench.host(), 0)->name, name.toStdString());
+    }
+
     void leavesOutWhatCannotBeAsked()
     {
         CameraBench bench;

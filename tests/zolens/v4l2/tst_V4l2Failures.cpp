@@ -49,6 +49,7 @@ private slots:
     void aDeviceOfAnotherClassDoesNotOpen();
     void aDeviceWithoutKnownFormatsDoesNotOpen();
     void aDeviceInUseDoesNotOpen();
+    void aDeviceThatIsReleasedSoonOpens();
     void anErrorEndsTheOpening_data();
     void anErrorEndsTheOpening();
     void aFormatThatIsNotKeptEndsTheOpening();
@@ -109,6 +110,15 @@ void tst_V4l2Failures::aDeviceInUseDoesNotOpen()
     QVERIFY(!camera.start(&sink));
     QCOMPARE(bench->system->openHandles(), 0);
     device->setInUse(false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(1, 5s));
+}
+
+void tst_V4l2Failures::aDeviceThatIsReleasedSoonOpens()
+{
+    bench->system->fail(VIDIOC_S_FMT, EBUSY, 3);
+    RecordingSink sink;
+    V4l2Camera camera(bench->address(), false);
     QVERIFY(camera.start(&sink));
     QVERIFY(sink.waitForFrames(1, 5s));
 }

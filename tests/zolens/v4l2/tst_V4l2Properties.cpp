@@ -62,7 +62,7 @@ private slots:
         QTest::newRow("temperature") << 16 << true;
         QTest::newRow("color mode") << 18 << true;
         QTest::newRow("de-noise") << 19 << true;
-        QTest::newRow("no property") << 99 << false;
+        QTest::newRow("no property") << 30 << false;
     }
 
     void tellsWhatIsSupported()

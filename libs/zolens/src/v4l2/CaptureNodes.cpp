@@ -43,6 +43,19 @@ std::string text(const __u8 (&characters)[size])
     return std::string(begin, strnlen(begin, size));
 }
 
+/// The kernel names USB cameras by function and product, which mostly are the same twice, and cuts
+/// the second off where there is no more room.
+std::string withoutRepetition(const std::string& name)
+{
+    const std::string separator = ": ";
+    const std::size_t end = name.find(separator);
+    if (end == std::string::npos)
+        return name;
+    const std::string first = name.substr(0, end);
+    const std::string second = name.substr(end + separator.size());
+    return first.compare(0, second.size(), second) == 0 ? first : name;
+}
+
 std::uint16_t readId(const QString& path)
 {
     QFile file(path);
@@ -98,7 +111,7 @@ std::optional<CaptureNode> captureNode(const V4l2Host& host, int number)
     const auto answer = capability(host, node.path);
     if (!answer || !givesPictures(*answer))
         return std::nullopt;
-    node.name = text(answer->card);
+    node.name = withoutRepetition(text(answer->card));
     readUsbIds(host, &node);
     return node;
 }

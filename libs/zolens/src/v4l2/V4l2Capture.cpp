@@ -18,6 +18,8 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds shortestPatience(2000);
 constexpr int patienceInFrames = 10;
+constexpr milliseconds releaseTime(1000);
+constexpr milliseconds releasePause(100);
 /// The first pictures after a switch may be dark or torn.
 constexpr int settlingFrames = 3;
 
@@ -47,11 +49,21 @@ bool V4l2Capture::open()
         return false;
     session.setControls(std::make_shared<CameraControls>(device));
     stream = std::make_unique<V4l2Stream>(device);
-    const int error = startPreview();
+    const int error = startPatiently();
     if (error != 0)
         qCInfo(v4l2Log, "%s gives no pictures: %s", session.info.name.c_str(),
                std::strerror(error));
     return error == 0;
+}
+
+/// A device that was closed just before may be busy for a moment.
+int V4l2Capture::startPatiently()
+{
+    const auto end = StreamClock::now() + releaseTime;
+    int error = startPreview();
+    while (error == EBUSY && StreamClock::now() < end && session.wake.sleepFor(releasePause))
+        error = startPreview();
+    return error;
 }
 
 bool V4l2Capture::identify()

@@ -7,6 +7,7 @@
 #include <QImage>
 
 #include <memory>
+#include <optional>
 
 namespace zolens {
 
@@ -32,6 +33,7 @@ private:
     bool identify();
     int startStream(const VideoMode& mode);
     int startPreview();
+    int startPatiently();
     bool resume();
     bool waitOut();
     End capture();
