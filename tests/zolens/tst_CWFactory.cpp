@@ -32,6 +32,14 @@ private slots:
         QCOMPARE(camera.deviceInfo().name, device.name);
     }
 
+    void aCaptureDeviceThatIsNotThereDoesNotOpen()
+    {
+        MyCamera camera;
+        QVERIFY(!camera.open(CWDevice_Uvc, 12345, false));
+        QVERIFY(!camera.open(CWDevice_OtherCapture, -1, false));
+        QVERIFY(!camera.camera);
+    }
+
     void theNetworkScanMayBeStoppedAtAnyTime()
     {
         CWFactory::stopTarnlinkDeviceScan();

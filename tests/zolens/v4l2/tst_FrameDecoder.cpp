@@ -5,6 +5,11 @@
 
 #include <QtTest>
 
+extern "C" {
+#include <libavutil/imgutils.h>
+#include <libavutil/opt.h>
+}
+
 using zolens::DriverFrame;
 using zolens::FrameDecoder;
 using zolens::makeDecoder;
@@ -26,6 +31,37 @@ DriverFrame frameOf(const QByteArray& data)
 PictureLayout layoutOf(quint32 fourcc, int bytesPerLine = 0)
 {
     return {zolens::findPixelFormat(fourcc), size, bytesPerLine};
+}
+
+/// Frames as a camera with a coder of its own sends them, the first of them a key frame.
+std::vector<QByteArray> h264Frames(const QImage& picture, int count)
+{
+    const AVCodec* coder = avcodec_find_encoder(AV_CODEC_ID_H264);
+    const zolens::AvPointer<AVCodecContext> context(avcodec_alloc_context3(coder));
+    context->width = picture.width();
+    context->height = picture.height();
+    context->pix_fmt = AV_PIX_FMT_NV12;
+    context->time_base = {1, 30};
+    av_opt_set(context->priv_data, "tune", "zerolatency", 0);
+    avcodec_open2(context.get(), coder, nullptr);
+    const zolens::AvPointer<AVFrame> frame(av_frame_alloc());
+    frame->format = context->pix_fmt;
+    frame->width = picture.width();
+    frame->height = picture.height();
+    QByteArray pixels = pictures::nv12(picture, picture.width());
+    av_image_fill_arrays(frame->data, frame->linesize, reinterpret_cast<uint8_t*>(pixels.data()),
+                         context->pix_fmt, frame->width, frame->height, 1);
+    const zolens::AvPointer<AVPacket> packet(av_packet_alloc());
+    std::vector<QByteArray> frames;
+    for (int i = 0; i < count; ++i) {
+        frame->pts = i;
+        avcodec_send_frame(context.get(), frame.get());
+        while (avcodec_receive_packet(context.get(), packet.get()) >= 0) {
+            frames.emplace_back(reinterpret_cast<const char*>(packet->data), packet->size);
+            av_packet_unref(packet.get());
+        }
+    }
+    return frames;
 }
 
 QImage target()
@@ -108,6 +144,20 @@ private slots:
             QVERIFY(decoder->decode(frameOf(data), {}, &image) == Result::Damaged);
             QVERIFY(decoder->decode(frameOf(good), {}, &image) == Result::Picture);
             QVERIFY(pictures::areQuarters(image));
+        }
+    }
+
+    void decodesH264WithoutDelay()
+    {
+        const auto frames = h264Frames(pictures::quarters(size), 5);
+        QCOMPARE(frames.size(), std::size_t(5));
+        const auto decoder = makeDecoder(layoutOf(V4L2_PIX_FMT_H264));
+        // A frame that nobody wants is still needed for the next one.
+        QVERIFY(decoder->decode(frameOf(frames[0]), {}, nullptr) == Result::Nothing);
+        for (std::size_t i = 1; i < frames.size(); ++i) {
+            QImage image = target();
+            QVERIFY(decoder->decode(frameOf(frames[i]), {true, true}, &image) == Result::Picture);
+            QVERIFY(pictures::areQuarters(image, true, true));
         }
     }
 
