@@ -1,6 +1,6 @@
 #include "TestVideo.h"
 
-#include "stream/AvPointers.h"
+#include "ffmpeg/AvPointers.h"
 
 #include <QFile>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "AvPointers.h"
+#include "ffmpeg/AvPointers.h"
 
 namespace zolens {
 

@@ -3,10 +3,10 @@
 #include "StreamInterrupt.h"
 #include "StreamLog.h"
 #include "StreamUrl.h"
+#include "ffmpeg/AvOptions.h"
+#include "ffmpeg/FfmpegLog.h"
 
 #include <QByteArray>
-
-#include <mutex>
 
 namespace zolens {
 namespace {
@@ -18,29 +18,9 @@ constexpr milliseconds farewell(150);
 /// A source may give this many unreadable pieces in a row before it counts as failed.
 constexpr int toleratedBadReads = 100;
 
-/// Options of one opening. Frees what the opening left over.
-class Options final
-{
-public:
-    Options() = default;
-    Q_DISABLE_COPY(Options)
-    ~Options() { av_dict_free(&entries); }
-
-    void set(const char* key, const char* value) { av_dict_set(&entries, key, value, 0); }
-    AVDictionary** get() { return &entries; }
-    const char* firstUnused() const
-    {
-        const AVDictionaryEntry* entry = av_dict_get(entries, "", nullptr, AV_DICT_IGNORE_SUFFIX);
-        return entry ? entry->key : nullptr;
-    }
-
-private:
-    AVDictionary* entries = nullptr;
-};
-
 /// The description of an RTSP session tells the codecs, so nothing has to be read ahead; frames
 /// are handed out as they come.
-void setRtspOptions(Options* options, StreamUrl::Transport transport)
+void setRtspOptions(AvOptions* options, StreamUrl::Transport transport)
 {
     options->set("fflags", "nobuffer");
     options->set("analyzeduration", "0");
@@ -61,7 +41,7 @@ void setRtspOptions(Options* options, StreamUrl::Transport transport)
 }
 
 /// Other sources name their codecs in the data, of which a little has to be read ahead.
-void setProbingOptions(Options* options, StreamUrl::Kind kind)
+void setProbingOptions(AvOptions* options, StreamUrl::Kind kind)
 {
     const bool local = kind == StreamUrl::Kind::File;
     options->set("analyzeduration", local ? "2000000" : "500000");
@@ -75,20 +55,13 @@ int interruptCallback(void* opaque)
     return static_cast<StreamInterrupt*>(opaque)->isDue() ? 1 : 0;
 }
 
-/// The library's own messages may quote URLs with their passwords, so none is printed.
-void silenceLibrary()
-{
-    static std::once_flag once;
-    std::call_once(once, [] { av_log_set_level(AV_LOG_QUIET); });
-}
-
 } // namespace
 
 StreamDemuxer::StreamDemuxer(StreamInterrupt& streamInterrupt)
     : interrupt(streamInterrupt),
       packet(av_packet_alloc())
 {
-    silenceLibrary();
+    silenceFfmpeg();
 }
 
 StreamDemuxer::~StreamDemuxer()
@@ -108,7 +81,7 @@ bool StreamDemuxer::open(const StreamUrl& url)
 
 bool StreamDemuxer::connectTo(const StreamUrl& url)
 {
-    Options options;
+    AvOptions options;
     options.set("protocol_whitelist", url.protocols().constData());
     options.set("format_whitelist", url.containers().constData());
     if (url.kind() == StreamUrl::Kind::Rtsp)

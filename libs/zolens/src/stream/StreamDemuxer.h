@@ -1,7 +1,7 @@
 #pragma once
 
-#include "AvPointers.h"
 #include "FrameAssembler.h"
+#include "ffmpeg/AvPointers.h"
 
 namespace zolens {
 

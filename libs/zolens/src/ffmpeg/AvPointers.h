@@ -15,8 +15,10 @@ struct AvRelease
 {
     void operator()(AVFormatContext* context) const { avformat_close_input(&context); }
     void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
+    void operator()(AVCodecParameters* parameters) const { avcodec_parameters_free(&parameters); }
     void operator()(AVPacket* packet) const { av_packet_free(&packet); }
     void operator()(AVFrame* frame) const { av_frame_free(&frame); }
+    void operator()(AVBufferPool* pool) const { av_buffer_pool_uninit(&pool); }
     void operator()(SwsContext* context) const { sws_freeContext(context); }
 };
 

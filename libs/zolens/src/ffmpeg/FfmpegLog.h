@@ -1,0 +1,8 @@
+#pragma once
+
+namespace zolens {
+
+/// The libraries' own messages may quote URLs with their passwords, so none is printed.
+void silenceFfmpeg();
+
+} // namespace zolens
