@@ -6,6 +6,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <numeric>
 #include <thread>
 
 using processuse::residentBytes;
@@ -254,6 +255,57 @@ private slots:
         }
         QVERIFY2(qAbs(delivery.frameRate() - 50.0F) < 10.0F,
                  qPrintable(QString::number(delivery.frameRate())));
+    }
+
+    void theTapGetsEveryFrameWhateverTheViewersGet()
+    {
+        Keeper keeper;
+        FrameDelivery delivery(std::ref(keeper), running);
+        std::vector<uint> tapped;
+        delivery.setTap([&](const QImage& image, auto) { tapped.push_back(numberOf(image)); });
+        fillUp(delivery, keeper);
+        for (uint number = 3; number <= 20; ++number) {
+            QVERIFY(send(delivery, number));
+        }
+        QCOMPARE(keeper.count(), 2);
+        std::vector<uint> expected(20);
+        std::iota(expected.begin(), expected.end(), 1U);
+        QCOMPARE(tapped, expected);
+    }
+
+    void theTapSeesUncopiedPixelsAtTheirArrival()
+    {
+        FrameDelivery delivery([](const QImage&) {}, running);
+        const uchar* seen = nullptr;
+        std::chrono::steady_clock::time_point arrived;
+        delivery.setTap([&](const QImage& image, auto arrival) {
+            seen = image.constBits();
+            arrived = arrival;
+        });
+        QImage frame = delivery.acquireFrame(frameSize);
+        const uchar* pixels = frame.constBits();
+        const auto before = std::chrono::steady_clock::now();
+        delivery.deliver(std::move(frame));
+        QCOMPARE(seen, pixels);
+        QVERIFY(arrived >= before && arrived <= std::chrono::steady_clock::now());
+    }
+
+    void theTapGetsNothingWhilePausedOrWhenTaken()
+    {
+        std::atomic<bool> paused{false};
+        FrameDelivery delivery([](const QImage&) {}, paused);
+        int tapped = 0;
+        delivery.setTap([&](const QImage&, auto) { ++tapped; });
+        QImage frame = delivery.acquireFrame(frameSize);
+        paused = true;
+        delivery.deliver(std::move(frame));
+        QCOMPARE(tapped, 0);
+        paused = false;
+        QVERIFY(send(delivery, 1));
+        QCOMPARE(tapped, 1);
+        delivery.setTap({});
+        QVERIFY(send(delivery, 2));
+        QCOMPARE(tapped, 1);
     }
 
     void endsAtAnyMomentWhileFramesCome()

@@ -3,6 +3,20 @@
 #include "DeviceClasses.h"
 #include "PropertyText.h"
 #include "frames/FrameDelivery.h"
+#include "recording/VideoRecorder.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+bool isSameFile(const QString& one, const QString& other)
+{
+    return QFileInfo(one).absoluteFilePath() == QFileInfo(other).absoluteFilePath();
+}
+
+} // namespace
 
 MyCamera::MyCamera(QObject* parent) : QObject(parent) {}
 
@@ -45,6 +59,7 @@ void MyCamera::close()
     if (!camera) {
         return;
     }
+    stopRecording();
     camera->stop();
     delivery.reset();
     camera.reset();
@@ -56,12 +71,50 @@ QImage MyCamera::snap()
     return camera ? camera->captureStill() : QImage();
 }
 
-bool MyCamera::startRecording(const QString&)
+// The reason is told on this object's own thread.
+bool MyCamera::startRecording(const QString& path)
 {
-    return false;
+    if (!delivery || (recorder && recorder->isRecording())) {
+        return false;
+    }
+    stopRecording();
+    forgetRewriting(path);
+    recorder = zolens::VideoRecorder::start(path, [this](zolens::RecordingEnd reason) {
+        const auto tell = [this, reason] {
+            emit recordingEnded(zolens::RecordingEndText::text(reason));
+        };
+        QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
+    });
+    if (!recorder) {
+        return false;
+    }
+    delivery->setTap([target = recorder.get()](const QImage& frame, auto arrival) {
+        target->offer(frame, arrival);
+    });
+    return true;
 }
 
-void MyCamera::stopRecording() {}
+void MyCamera::stopRecording()
+{
+    if (!recorder) {
+        return;
+    }
+    delivery->setTap({});
+    recorder->stop();
+    rewriting.erase(std::remove_if(rewriting.begin(), rewriting.end(),
+                                   [](const auto& earlier) { return earlier->isOver(); }),
+                    rewriting.end());
+    rewriting.push_back(std::move(recorder));
+}
+
+/// A new recording in the same place must not be replaced by an older one.
+void MyCamera::forgetRewriting(const QString& path)
+{
+    rewriting.erase(
+        std::remove_if(rewriting.begin(), rewriting.end(),
+                       [&path](const auto& earlier) { return isSameFile(earlier->path(), path); }),
+        rewriting.end());
+}
 
 float MyCamera::frameRate() const
 {

@@ -9,10 +9,12 @@
 
 #include <atomic>
 #include <memory>
+#include <vector>
 
 namespace zolens {
 class FrameDelivery;
-}
+class VideoRecorder;
+} // namespace zolens
 
 /// One open device. Lives on the GUI thread; its frames come from a thread of the library. Frames
 /// are images around buffers of a small fixed pool: an image that is kept keeps its buffer from
@@ -31,15 +33,18 @@ public:
     /// Opens a network box by its IPv4 address (type 7) or a stream by its URL (type 8). Blocks for
     /// at most 5 seconds.
     bool open(int type, const QString& url);
-    /// Ends the frames and releases the device, within half a second. Harmless when closed.
+    /// Ends the recording and the frames and releases the device, which takes half a second.
+    /// Harmless when closed.
     void close();
 
     /// Takes a still picture; null on failure. Blocks until it has one.
     QImage snap();
-    /// Starts writing an MP4 file. False on failure, also for an empty path. Always false in a
-    /// library built without a recorder, as this one is.
+    /// Starts writing an MP4 file of the frames that come while not paused, in the time in which
+    /// they come; a pause is a still picture. False on failure: an empty or unwritable path, a full
+    /// disk, no open device, a recording that is under way.
     bool startRecording(const QString& path);
-    /// Harmless when nothing is recorded.
+    /// The file plays afterwards, within 3 seconds; a little later it is a plain MP4 file, of the
+    /// same name, if there was room. Harmless when nothing is recorded.
     void stopRecording();
     /// Frames per second, over about the last second; 0 while none come.
     float frameRate() const;
@@ -56,10 +61,17 @@ public:
 signals:
     /// Every frame, from a thread of the library: connect before open(). The pixels are not copied.
     void getImage(const QImage& image);
+    /// The recording has ended by itself, as on a full disk. What was recorded plays. `reason` is a
+    /// sentence for the user.
+    void recordingEnded(const QString& reason);
 
 private:
     bool start(std::unique_ptr<CWCamera> device);
+    void forgetRewriting(const QString& path);
 
     std::unique_ptr<zolens::FrameDelivery> delivery;
+    std::unique_ptr<zolens::VideoRecorder> recorder; ///< Null while nothing is recorded.
+    /// Recordings that are complete and become plain files.
+    std::vector<std::unique_ptr<zolens::VideoRecorder>> rewriting;
     _tag_VideoDeviceInfo info;
 };

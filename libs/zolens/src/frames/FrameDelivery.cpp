@@ -116,6 +116,7 @@ public:
 
     void run();
     void countArrival();
+    void passToTap(const QImage& frame, FrameRateMeter::Clock::time_point arrival);
 
     const Viewer viewer;
     const std::atomic<bool>& paused;
@@ -124,6 +125,8 @@ public:
     std::atomic<quint64> refused{0};
     mutable std::mutex meterMutex;
     FrameRateMeter meter;
+    std::mutex tapMutex;
+    Tap tap;
     std::thread thread;
 };
 
@@ -141,6 +144,15 @@ void FrameDelivery::Private::countArrival()
 {
     const std::lock_guard lock(meterMutex);
     meter.frameArrived(FrameRateMeter::Clock::now());
+}
+
+void FrameDelivery::Private::passToTap(const QImage& frame,
+                                       FrameRateMeter::Clock::time_point arrival)
+{
+    const std::lock_guard lock(tapMutex);
+    if (tap) {
+        tap(frame, arrival);
+    }
 }
 
 FrameDelivery::FrameDelivery(Viewer viewer, const std::atomic<bool>& paused)
@@ -168,9 +180,19 @@ QImage FrameDelivery::acquireFrame(const QSize& size)
 
 void FrameDelivery::deliver(QImage&& frame)
 {
-    if (!frame.isNull() && !d->paused) {
-        d->outbox->put(std::move(frame));
+    if (frame.isNull() || d->paused) {
+        return;
     }
+    const auto arrival = FrameRateMeter::Clock::now();
+    const QImage shared = frame;
+    d->outbox->put(std::move(frame));
+    d->passToTap(shared, arrival);
+}
+
+void FrameDelivery::setTap(Tap tap)
+{
+    const std::lock_guard lock(d->tapMutex);
+    d->tap = std::move(tap);
 }
 
 float FrameDelivery::frameRate() const

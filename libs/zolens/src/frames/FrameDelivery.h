@@ -4,6 +4,7 @@
 #include "FrameSink.h"
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -17,6 +18,7 @@ class FrameDelivery : public FrameSink
 {
 public:
     using Viewer = std::function<void(const QImage&)>;
+    using Tap = std::function<void(const QImage&, std::chrono::steady_clock::time_point arrival)>;
 
     /// `viewer` is called on the delivery thread. While `paused` is true nothing is delivered.
     FrameDelivery(Viewer viewer, const std::atomic<bool>& paused);
@@ -24,6 +26,12 @@ public:
 
     QImage acquireFrame(const QSize& size) override;
     void deliver(QImage&& frame) override;
+
+    /// Lets every frame that the device delivers while not paused through `tap` too, also those
+    /// that a slow viewer never gets. The tap is called on the device's thread, after the frame is
+    /// on its way to the viewers, and must not keep the image. No call is under way when this
+    /// returns.
+    void setTap(Tap tap);
 
     /// Frames per second that arrived from the device over about the last second.
     float frameRate() const;

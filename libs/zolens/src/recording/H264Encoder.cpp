@@ -1,0 +1,119 @@
+#include "H264Encoder.h"
+
+#include "ffmpeg/AvOptions.h"
+#include "ffmpeg/FfmpegLog.h"
+
+#include <algorithm>
+#include <thread>
+
+namespace zolens {
+namespace {
+
+constexpr auto encoderName = "libx264";
+constexpr auto constantQuality = "20";
+constexpr unsigned mostThreads = 4;
+/// Up to here two cores encode twice as fast as pictures come.
+constexpr int64_t mostPixelsOfBetterPreset = 1920 * 1200;
+constexpr int64_t keyFrameInterval = H264Encoder::timeBase.den;
+/// Key frames come by time; pictures count only for cameras that are faster than any.
+constexpr int mostPicturesPerKeyFrame = 1000;
+constexpr AVRational usualRate{30, 1};
+
+void describePictures(AVCodecContext* codec, const QSize& size)
+{
+    codec->width = size.width();
+    codec->height = size.height();
+    codec->pix_fmt = AV_PIX_FMT_YUV420P;
+    codec->colorspace = AVCOL_SPC_SMPTE170M;
+    codec->color_range = AVCOL_RANGE_MPEG;
+    codec->time_base = H264Encoder::timeBase;
+    codec->framerate = usualRate;
+}
+
+/// Neither frame threads nor looking ahead hold anything back: what is encoded can be in the file.
+void tune(AVCodecContext* codec)
+{
+    codec->gop_size = mostPicturesPerKeyFrame;
+    codec->max_b_frames = 0;
+    codec->thread_count =
+        static_cast<int>(std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads));
+    codec->thread_type = FF_THREAD_SLICE;
+    codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
+}
+
+void setOptions(AvOptions* options, const QSize& size)
+{
+    const int64_t pixels = int64_t{size.width()} * size.height();
+    options->set("preset", pixels <= mostPixelsOfBetterPreset ? "superfast" : "ultrafast");
+    options->set("crf", constantQuality);
+    options->set("sc_threshold", "0");
+    options->set("rc-lookahead", "0");
+}
+
+} // namespace
+
+bool H264Encoder::isAvailable()
+{
+    return avcodec_find_encoder_by_name(encoderName);
+}
+
+bool H264Encoder::open(const QSize& size)
+{
+    silenceFfmpeg();
+    const AVCodec* encoder = avcodec_find_encoder_by_name(encoderName);
+    codec.reset(encoder ? avcodec_alloc_context3(encoder) : nullptr);
+    packet.reset(av_packet_alloc());
+    if (!codec || !packet)
+        return false;
+    describePictures(codec.get(), size);
+    tune(codec.get());
+    AvOptions options;
+    setOptions(&options, size);
+    if (avcodec_open2(codec.get(), encoder, options.get()) < 0)
+        codec.reset();
+    return codec != nullptr;
+}
+
+bool H264Encoder::isOpen() const
+{
+    return codec != nullptr;
+}
+
+QSize H264Encoder::size() const
+{
+    return QSize(codec->width, codec->height);
+}
+
+AvPointer<AVCodecParameters> H264Encoder::parameters() const
+{
+    AvPointer<AVCodecParameters> parameters(avcodec_parameters_alloc());
+    if (parameters && avcodec_parameters_from_context(parameters.get(), codec.get()) < 0)
+        parameters.reset();
+    return parameters;
+}
+
+bool H264Encoder::encode(AVFrame* picture, const PacketHandler& handler)
+{
+    const bool key = picture->pts >= nextKeyFrame;
+    picture->pict_type = key ? AV_PICTURE_TYPE_I : AV_PICTURE_TYPE_NONE;
+    if (key)
+        nextKeyFrame = picture->pts + keyFrameInterval;
+    return avcodec_send_frame(codec.get(), picture) >= 0 && receive(handler);
+}
+
+bool H264Encoder::finish(const PacketHandler& handler)
+{
+    return avcodec_send_frame(codec.get(), nullptr) >= 0 && receive(handler);
+}
+
+bool H264Encoder::receive(const PacketHandler& handler)
+{
+    int result = 0;
+    while ((result = avcodec_receive_packet(codec.get(), packet.get())) >= 0) {
+        handler(packet.get());
+        av_packet_unref(packet.get());
+    }
+    return result == AVERROR(EAGAIN) || result == AVERROR_EOF;
+}
+
+} // namespace zolens

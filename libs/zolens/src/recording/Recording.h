@@ -1,0 +1,81 @@
+#pragma once
+
+#include "H264Encoder.h"
+#include "PictureQueue.h"
+#include "RecordingFile.h"
+
+#include <QImage>
+
+#include <atomic>
+#include <functional>
+#include <optional>
+
+namespace zolens {
+
+/// One recording from its first picture to the finished file. Pictures are offered by one thread,
+/// encoded and written by that of run(); the rest is for any thread.
+class Recording final
+{
+public:
+    using Clock = PictureQueue::Clock;
+    /// Called from the thread of run() when the recording ends by itself.
+    using Ended = std::function<void(RecordingEnd)>;
+
+    enum class Stage {
+        Running,
+        Complete, ///< The file plays; it may still be rewritten.
+        Over
+    };
+
+    Recording(const QString& path, Ended ended);
+
+    /// Before run().
+    bool open();
+    void run();
+
+    /// Takes the picture or drops it when the encoder is behind. Times may leave gaps.
+    void offer(const QImage& image, Clock::time_point arrival);
+    /// Takes no more pictures; those that wait are encoded until `end`.
+    void close(Clock::time_point end);
+    /// Leaves a complete file as it is.
+    void cancelRewriting();
+    /// Ends are not told any more.
+    void forgetListener();
+
+    bool waitFor(Stage stage, Clock::time_point deadline) const;
+    quint64 droppedPictures() const;
+    QString path() const;
+
+private:
+    void encode(Picture picture);
+    bool openEncoder(const AVFrame& first);
+    Picture fitted(Picture picture);
+    void finish();
+    RecordingEnd failure() const;
+    int64_t timeOf(Clock::time_point arrival);
+    void enter(Stage next);
+    void tell(RecordingEnd reason);
+
+    // The offering thread's.
+    PicturePool offered;
+    std::optional<Clock::time_point> start;
+    int64_t lastTime = -1;
+
+    PictureQueue queue;
+    std::atomic<quint64> dropped{0};
+    std::atomic<bool> rewritingCancelled{false};
+
+    // The encoding thread's.
+    PicturePool scaled;
+    H264Encoder encoder;
+    RecordingFile file;
+    const H264Encoder::PacketHandler writePacket;
+    bool encodingFailed = false;
+
+    mutable std::mutex mutex;
+    mutable std::condition_variable changed;
+    Stage stage = Stage::Running;
+    Ended ended;
+};
+
+} // namespace zolens

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Recording.h"
+
+#include <memory>
+#include <thread>
+
+namespace zolens {
+
+/// Records pictures to an MP4 file on a thread of its own, in the time in which they arrive.
+/// Every operation is bounded in time, also when the disk hangs: then the thread is left alone.
+class VideoRecorder final
+{
+public:
+    /// Null when the path cannot hold a recording. `ended` is called from the recorder's thread.
+    static std::unique_ptr<VideoRecorder> start(const QString& path, Recording::Ended ended);
+    /// Leaves at least a complete file behind.
+    ~VideoRecorder();
+    Q_DISABLE_COPY(VideoRecorder)
+
+    /// From one thread at a time, and not after stop(). Costs the conversion of the picture.
+    void offer(const QImage& image, Recording::Clock::time_point arrival);
+    /// The file is complete afterwards; the thread may go on making it a plain MP4.
+    void stop();
+
+    /// False once the recording has ended by itself or by stop().
+    bool isRecording() const;
+    bool isOver() const;
+    quint64 droppedFrames() const;
+    QString path() const;
+
+private:
+    explicit VideoRecorder(std::shared_ptr<Recording> openRecording);
+
+    std::shared_ptr<Recording> recording;
+    std::thread thread;
+};
+
+} // namespace zolens
