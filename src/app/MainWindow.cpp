@@ -358,6 +358,12 @@ void MainWindow::toggleRecord(bool start)
                                  QMessageBox::Ok);
 }
 
+// The action stays checked, as after a recording that did not start: Record is the user's to press.
+void MainWindow::recordingEnded(const QString& reason)
+{
+    statusBar->showMessage(tr("Recording ended: %1").arg(reason), 0);
+}
+
 void MainWindow::openGallery()
 {
     QDesktopServices::openUrl(QUrl(QLatin1String("file:///") + StoragePath::imagePath()));
@@ -439,6 +445,7 @@ void MainWindow::createCamera()
 {
     camera = new MyCamera(this);
     connect(camera, &MyCamera::getImage, view, &GraphicsView::setImage);
+    connect(camera, &MyCamera::recordingEnded, this, &MainWindow::recordingEnded);
 }
 
 void MainWindow::cameraOpened()

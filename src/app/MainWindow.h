@@ -50,6 +50,7 @@ private slots:
     void undo();
     void snap();
     void toggleRecord(bool start);
+    void recordingEnded(const QString& reason);
     void openGallery();
     void matrixChanged(double scale, int rotate);
     void updateFPS();

@@ -16,6 +16,7 @@
 #include <QListWidget>
 #include <QSettings>
 #include <QStandardPaths>
+#include <QStatusBar>
 #include <QTabWidget>
 #include <QTcpServer>
 #include <QToolButton>
@@ -311,9 +312,7 @@ private slots:
 
     void aPictureThatCannotBeWrittenSaysNothing()
     {
-        QFile blocker(pictures->filePath(QStringLiteral("file")));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        QSettings().setValue(filePath, QString(blocker.fileName() + QStringLiteral("/below/")));
+        refuseFiles();
         open();
         DialogAnswer<QMessageBox> answer(
             [](QMessageBox* box) { clickButton(box, QMessageBox::Ok); });
@@ -332,8 +331,25 @@ private slots:
         QVERIFY(!QGuiApplication::overrideCursor());
     }
 
+    void recordWritesAVideoUntilItIsPressedAgain()
+    {
+        open();
+        action("Record")->trigger();
+        QVERIFY(action("Record")->isChecked());
+        QVERIFY(!action("Snap")->isEnabled());
+        QVERIFY(recordIndicator());
+        waitForFrames();
+        action("Record")->trigger();
+        QVERIFY(!action("Record")->isChecked());
+        QVERIFY(action("Snap")->isEnabled());
+        QVERIFY(!recordIndicator());
+        QCOMPARE(saved().size(), 1);
+        QVERIFY(isVideo(saved().constFirst()));
+    }
+
     void aRefusedRecordingStaysCheckedUntilRecordIsPressedAgain()
     {
+        refuseFiles();
         open();
         QVERIFY(recordIsRefused());
         QVERIFY(action("Record")->isChecked());
@@ -345,7 +361,6 @@ private slots:
         QVERIFY(!action("Record")->isChecked());
         QVERIFY(action("Snap")->isEnabled());
         QVERIFY(!recordIndicator());
-        QVERIFY(saved().isEmpty());
     }
 
     void cancellingTheFileDialogOfARecordingIsReportedToo()
@@ -359,15 +374,30 @@ private slots:
         QVERIFY(saved().isEmpty());
     }
 
-    void closingWhileRecordIsPressedLeavesItCheckedAndDisabled()
+    void aRecordingThatEndsByItselfIsToldInTheStatusBar()
     {
         open();
-        QVERIFY(recordIsRefused());
+        action("Record")->trigger();
+        emit camera()->recordingEnded(QStringLiteral("The disk is full."));
+        QCOMPARE(window->QMainWindow::statusBar()->currentMessage(),
+                 QStringLiteral("Recording ended: The disk is full."));
+        QVERIFY(action("Record")->isChecked());
+        action("Record")->trigger();
+        QVERIFY(!action("Record")->isChecked());
+        QVERIFY(action("Snap")->isEnabled());
+    }
+
+    void closingWhileRecordingLeavesAVideoAndRecordCheckedAndDisabled()
+    {
+        open();
+        action("Record")->trigger();
+        waitForFrames();
         call("closeCamera");
         QVERIFY(action("Record")->isChecked());
         QVERIFY(!action("Record")->isEnabled());
         QVERIFY(!action("Snap")->isEnabled());
         QVERIFY(recordIndicator());
+        QVERIFY(isVideo(saved().constFirst()));
     }
 
     void closingTheWindowClosesTheCamera()
@@ -385,6 +415,24 @@ private:
         QVERIFY(camera());
     }
     void call(const char* slot) { QVERIFY(QMetaObject::invokeMethod(window.get(), slot)); }
+    /// Files are to go below a file.
+    void refuseFiles()
+    {
+        QFile blocker(pictures->filePath(QStringLiteral("file")));
+        QVERIFY(blocker.open(QIODevice::WriteOnly));
+        QSettings().setValue(filePath, QString(blocker.fileName() + QStringLiteral("/below/")));
+    }
+    void waitForFrames()
+    {
+        const FrameCounter frames(camera());
+        QTRY_VERIFY_WITH_TIMEOUT(frames.count > 3, frameTime);
+    }
+    bool isVideo(const QString& name) const
+    {
+        QFile file(pictures->filePath(name));
+        return name.endsWith(QStringLiteral(".mp4")) && file.open(QIODevice::ReadOnly) &&
+               file.read(8).endsWith("ftyp") && file.readAll().contains("avc1");
+    }
     /// Presses Record and confirms the message that nothing is recorded.
     bool recordIsRefused()
     {
