@@ -233,7 +233,7 @@ private slots:
         QVERIFY(taken >= 10);
         time.start();
         recorder->stop();
-        QVERIFY2(time.elapsed() < 3500, qPrintable(QString::number(time.elapsed())));
+        QVERIFY2(time.elapsed() < 4500, qPrintable(QString::number(time.elapsed())));
     }
 
     void stoppingTwiceIsHarmless()

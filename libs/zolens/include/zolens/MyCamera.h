@@ -43,7 +43,7 @@ public:
     /// they come; a pause is a still picture. False on failure: an empty or unwritable path, a full
     /// disk, no open device, a recording that is under way.
     bool startRecording(const QString& path);
-    /// The file plays afterwards, within 3 seconds; a little later it is a plain MP4 file, of the
+    /// The file plays afterwards, within 4 seconds; a little later it is a plain MP4 file, of the
     /// same name, if there was room. Harmless when nothing is recorded.
     void stopRecording();
     /// Frames per second, over about the last second; 0 while none come.

@@ -6,8 +6,8 @@
 
 namespace zolens {
 
-/// Encodes pictures that come at any rate, with a key frame every second. The presets are chosen
-/// so that two cores can show the pictures at the same time.
+/// Encodes pictures that come at any rate, with a key frame every second. The preset follows from
+/// the pictures' size and the processor, so that they can be shown at the same time.
 class H264Encoder final
 {
 public:

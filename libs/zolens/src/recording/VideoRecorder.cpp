@@ -8,9 +8,9 @@ using Clock = Recording::Clock;
 using Stage = Recording::Stage;
 
 /// For the pictures that wait for the encoder.
-constexpr auto encodingTime = 1s;
+constexpr auto encodingTime = 3s;
 /// Until the file is complete.
-constexpr auto finishingTime = 3s;
+constexpr auto finishingTime = 4s;
 /// For a rewriting that is under way when the recorder goes, and for its cancelling.
 constexpr auto rewritingTime = 1s;
 constexpr auto cancellingTime = 1s;
@@ -35,9 +35,7 @@ VideoRecorder::~VideoRecorder()
 {
     recording->forgetListener();
     stop();
-    recording->waitFor(Stage::Over, Clock::now() + rewritingTime);
-    recording->cancelRewriting();
-    if (recording->waitFor(Stage::Over, Clock::now() + cancellingTime))
+    if (endRewriting())
         thread.join();
     else
         thread.detach();
@@ -50,9 +48,20 @@ void VideoRecorder::offer(const QImage& image, Clock::time_point arrival)
 
 void VideoRecorder::stop()
 {
-    const Clock::time_point now = Clock::now();
-    recording->close(now + encodingTime);
-    recording->waitFor(Stage::Complete, now + finishingTime);
+    if (!stopped)
+        stopped = Clock::now();
+    recording->close(*stopped + encodingTime);
+    recording->waitFor(Stage::Complete, *stopped + finishingTime);
+}
+
+/// False when the thread hangs.
+bool VideoRecorder::endRewriting()
+{
+    const bool complete = recording->waitFor(Stage::Complete, Clock::now());
+    if (complete)
+        recording->waitFor(Stage::Over, Clock::now() + rewritingTime);
+    recording->cancelRewriting();
+    return complete && recording->waitFor(Stage::Over, Clock::now() + cancellingTime);
 }
 
 bool VideoRecorder::isRecording() const

@@ -3,6 +3,7 @@
 #include "Recording.h"
 
 #include <memory>
+#include <optional>
 #include <thread>
 
 namespace zolens {
@@ -32,7 +33,10 @@ public:
 private:
     explicit VideoRecorder(std::shared_ptr<Recording> openRecording);
 
+    bool endRewriting();
+
     std::shared_ptr<Recording> recording;
+    std::optional<Recording::Clock::time_point> stopped;
     std::thread thread;
 };
 
