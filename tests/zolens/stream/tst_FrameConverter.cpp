@@ -105,6 +105,7 @@ private slots:
     void followsMatrixAndRange_data();
     void followsMatrixAndRange();
     void takesTheMatrixFromTheSizeWhenNoneIsStated();
+    void takesTheMatrixOfPackedPictures();
     void takesJpegFormatsForFullRange();
     void convertsEveryLayout_data();
     void convertsEveryLayout();
@@ -168,6 +169,21 @@ void tst_FrameConverter::takesTheMatrixFromTheSizeWhenNoneIsStated()
                    blueTolerance(sample, bt709, false)));
 }
 
+void tst_FrameConverter::takesTheMatrixOfPackedPictures()
+{
+    const Yuv sample = {120, 90, 180};
+    const AvPointer<AVFrame> frame = makeFrame(AV_PIX_FMT_YUYV422, 37, 5);
+    frame->colorspace = AVCOL_SPC_BT709;
+    for (int i = 0; i < 5 * frame->linesize[0]; i += 4) {
+        const uint8_t pair[] = {uint8_t(sample.y), uint8_t(sample.u), uint8_t(sample.y),
+                                uint8_t(sample.v)};
+        std::copy_n(pair, 4, frame->data[0] + i);
+    }
+    for (const QPoint& corner : {QPoint(0, 0), QPoint(36, 4)})
+        QVERIFY(isNear(converted(*frame).pixel(corner), expectedColor(sample, bt709, false), 3,
+                       blueTolerance(sample, bt709, false)));
+}
+
 void tst_FrameConverter::takesJpegFormatsForFullRange()
 {
     const Yuv sample = {8, 100, 140};
@@ -187,7 +203,9 @@ void tst_FrameConverter::convertsEveryLayout_data()
     QTest::newRow("4:4:0 without libyuv") << int(AV_PIX_FMT_YUV440P);
     QTest::newRow("NV12") << int(AV_PIX_FMT_NV12);
     QTest::newRow("NV21 without libyuv") << int(AV_PIX_FMT_NV21);
-    QTest::newRow("YUYV without libyuv") << int(AV_PIX_FMT_YUYV422);
+    QTest::newRow("YUYV") << int(AV_PIX_FMT_YUYV422);
+    QTest::newRow("UYVY") << int(AV_PIX_FMT_UYVY422);
+    QTest::newRow("YVYU without libyuv") << int(AV_PIX_FMT_YVYU422);
     QTest::newRow("RGB24") << int(AV_PIX_FMT_RGB24);
     QTest::newRow("BGR24") << int(AV_PIX_FMT_BGR24);
 }

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
 namespace zolens {
 namespace {
@@ -62,6 +63,29 @@ void packed(const SourceRows& from, const TargetRows& to, const YuvConstants*, i
     convert(from.plane[0], from.stride[0], to.pixels, to.stride, width, height);
 }
 
+using Split = int (*)(const uint8_t*, int, uint8_t*, int, uint8_t*, int, uint8_t*, int, int, int);
+
+/// libyuv has the direct way for one matrix only; for others rows are taken apart first.
+template <Packed convert, Split split>
+void packedYuv(const SourceRows& from, const TargetRows& to, const YuvConstants* matrix, int width,
+               int height)
+{
+    if (matrix == &libyuv::kYuvI601Constants) {
+        convert(from.plane[0], from.stride[0], to.pixels, to.stride, width, height);
+        return;
+    }
+    const int half = (width + 1) / 2;
+    std::vector<uint8_t> luma(size_t(width) + 1);
+    std::vector<uint8_t> blue(static_cast<size_t>(half));
+    std::vector<uint8_t> red(static_cast<size_t>(half));
+    for (int y = 0; y < height; ++y) {
+        split(from.plane[0] + ptrdiff_t(y) * from.stride[0], from.stride[0], luma.data(), width,
+              blue.data(), half, red.data(), half, width, 1);
+        libyuv::I422ToARGBMatrix(luma.data(), width, blue.data(), half, red.data(), half,
+                                 to.pixels + ptrdiff_t(y) * to.stride, to.stride, matrix, width, 1);
+    }
+}
+
 // libyuv names packed formats by their order in a little-endian word, hence reversed.
 const RowConversion conversions[] = {
     {AV_PIX_FMT_YUV420P, 1, planar8<libyuv::I420ToARGBMatrix>},
@@ -76,8 +100,8 @@ const RowConversion conversions[] = {
     {AV_PIX_FMT_GRAY8, 0, gray8},
     {AV_PIX_FMT_BGR24, 0, packed<libyuv::RGB24ToARGB>},
     {AV_PIX_FMT_RGB24, 0, packed<libyuv::RAWToARGB>},
-    {AV_PIX_FMT_YUYV422, 0, packed<libyuv::YUY2ToARGB>},
-    {AV_PIX_FMT_UYVY422, 0, packed<libyuv::UYVYToARGB>},
+    {AV_PIX_FMT_YUYV422, 0, packedYuv<libyuv::YUY2ToARGB, libyuv::YUY2ToI422>},
+    {AV_PIX_FMT_UYVY422, 0, packedYuv<libyuv::UYVYToARGB, libyuv::UYVYToI422>},
 };
 
 } // namespace
