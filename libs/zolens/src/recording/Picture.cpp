@@ -20,7 +20,7 @@ int bytesOf(const QSize& size)
 
 Picture PicturePool::acquire(const QSize& size)
 {
-    const int bytes = bytesOf(size);
+    const int bytes = size.isEmpty() ? 0 : bytesOf(size);
     if (bytes <= 0)
         return nullptr;
     if (size != bufferedSize) {
