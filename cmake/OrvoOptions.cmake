@@ -27,7 +27,7 @@ target_compile_definitions(orvo_options INTERFACE
 
 if(ORVO_SANITIZE)
   target_compile_options(orvo_options INTERFACE
-    -fsanitize=${ORVO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    -fsanitize=${ORVO_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all -O1)
   target_link_options(orvo_options INTERFACE -fsanitize=${ORVO_SANITIZE})
 endif()
 if(ORVO_COVERAGE)

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QString>
+#include <QtTest>
 
 #include <malloc.h>
 #include <unistd.h>
@@ -35,9 +37,69 @@ inline int threads()
     return entriesOf(QStringLiteral("/proc/self/task"));
 }
 
+/// Of those that a thread gave itself.
+inline int threadsNamed(const char* name)
+{
+    int count = 0;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(tasks.filePath(task + QStringLiteral("/comm")));
+        if (file.open(QIODevice::ReadOnly) && file.readAll().trimmed() == name)
+            ++count;
+    }
+    return count;
+}
+
 inline int descriptors()
 {
     return entriesOf(QStringLiteral("/proc/self/fd"));
+}
+
+/// What has to be given back one by one.
+struct Holdings
+{
+    int threads = processuse::threads();
+    int descriptors = processuse::descriptors();
+
+    bool operator==(const Holdings& other) const
+    {
+        return threads == other.threads && descriptors == other.descriptors;
+    }
+};
+
+/// Once the process has held the same for a while: the kernel lists a thread for a moment after it
+/// has been joined, and what has just ended may leave others that end by themselves.
+inline Holdings settledHoldings()
+{
+    constexpr qint64 quietTime = 250;
+    constexpr qint64 longestWait = 10000;
+    Holdings held;
+    QElapsedTimer wait;
+    QElapsedTimer quiet;
+    wait.start();
+    quiet.start();
+    while (!quiet.hasExpired(quietTime) && !wait.hasExpired(longestWait)) {
+        QTest::qWait(10);
+        if (const Holdings now; !(now == held)) {
+            held = now;
+            quiet.restart();
+        }
+    }
+    return held;
+}
+
+/// Empty as soon as the process holds no more than before; otherwise, after half a minute, what it
+/// holds more.
+inline QString growthSince(const Holdings& before)
+{
+    const auto noMore = [&before] {
+        return threads() <= before.threads && descriptors() <= before.descriptors;
+    };
+    if (QTest::qWaitFor(noMore, 30000))
+        return {};
+    return QStringLiteral("%1 threads and %2 descriptors")
+        .arg(threads() - before.threads)
+        .arg(descriptors() - before.descriptors);
 }
 
 } // namespace processuse

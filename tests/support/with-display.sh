@@ -2,7 +2,7 @@
 # Runs a command on a virtual X server of its own with a small window manager, so that moving,
 # maximising and full screen are real. ORVO_SCREEN gives the size and depth of the screen.
 set -u
-for tool in Xvfb openbox; do
+for tool in Xvfb openbox xprop; do
     command -v "$tool" >/dev/null || { echo "$0: $tool is not installed" >&2; exit 125; }
 done
 state=$(mktemp -d) || exit 125
@@ -31,8 +31,12 @@ unset WAYLAND_DISPLAY
 
 openbox --sm-disable >"$state/openbox.log" 2>&1 &
 wm=$!
-for _ in $(seq 100); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && break
+is_managed() {
+    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id'
+}
+for _ in $(seq 200); do
+    is_managed && break
     sleep 0.05
 done
+is_managed || { echo "$0: openbox does not start" >&2; cat "$state/openbox.log" >&2; exit 125; }
 "$@"

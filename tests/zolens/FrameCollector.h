@@ -2,82 +2,64 @@
 
 #include "frames/FrameSink.h"
 
+#include <QImage>
+
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <vector>
 
-/// A sink for tests of devices: keeps the newest frames and counts them.
+/// A sink for tests of devices: keeps the first and the last frame and counts. It hands out as many
+/// buffers as asked for, or none.
 class FrameCollector final : public zolens::FrameSink
 {
 public:
     QImage acquireFrame(const QSize& size) override
     {
-        const std::lock_guard lock(mutex);
-        ++calls;
+        ++asked;
         return refusing ? QImage() : QImage(size, QImage::Format_RGB32);
     }
 
     void deliver(QImage&& frame) override
     {
-        {
-            const std::lock_guard lock(mutex);
-            ++calls;
-            ++delivered;
-            if (delivered == 1) {
-                firstFrame = frame;
-            }
-            newestFrame = std::move(frame);
-        }
-        changed.notify_all();
+        const std::lock_guard<std::mutex> lock(mutex);
+        if (delivered == 0)
+            first = frame;
+        last = std::move(frame);
+        ++delivered;
+        arrived.notify_all();
     }
 
-    /// Waits for so many frames from now on.
-    bool waitForFrames(int count)
+    int count() const
     {
-        std::unique_lock lock(mutex);
-        const int wanted = delivered + count;
-        return changed.wait_for(lock, std::chrono::seconds(10),
-                                [this, wanted] { return delivered >= wanted; });
-    }
-
-    QImage first() const
-    {
-        const std::lock_guard lock(mutex);
-        return firstFrame;
-    }
-
-    QImage newest() const
-    {
-        const std::lock_guard lock(mutex);
-        return newestFrame;
-    }
-
-    int deliveredFrames() const
-    {
-        const std::lock_guard lock(mutex);
+        const std::lock_guard<std::mutex> lock(mutex);
         return delivered;
     }
-
-    /// Every touch of the sink.
-    int touches() const
+    QImage firstFrame() const
     {
-        const std::lock_guard lock(mutex);
-        return calls;
+        const std::lock_guard<std::mutex> lock(mutex);
+        return first;
+    }
+    QImage lastFrame() const
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        return last;
+    }
+    /// Waits for that many frames from now on.
+    bool waitForFrames(int frames, std::chrono::milliseconds patience = std::chrono::seconds(10))
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        const int wanted = delivered + frames;
+        return arrived.wait_for(lock, patience, [&] { return delivered >= wanted; });
     }
 
-    void refuse(bool on)
-    {
-        const std::lock_guard lock(mutex);
-        refusing = on;
-    }
+    std::atomic<bool> refusing{false};
+    std::atomic<int> asked{0};
 
 private:
     mutable std::mutex mutex;
-    std::condition_variable changed;
-    QImage firstFrame;
-    QImage newestFrame;
+    std::condition_variable arrived;
+    QImage first;
+    QImage last;
     int delivered = 0;
-    int calls = 0;
-    bool refusing = false;
 };

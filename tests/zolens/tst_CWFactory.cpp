@@ -1,10 +1,26 @@
+#include "DeviceClasses.h"
+#include "support/fakev4l2/CameraBench.h"
+
 #include <zolens/CWFactory.h>
 #include <zolens/CWUVCFilter.h>
 #include <zolens/MyCamera.h>
 
 #include <QtTest>
 
-#include <thread>
+#include <future>
+
+namespace {
+
+std::vector<std::string> listedNames()
+{
+    std::vector<std::string> names;
+    for (const _tag_VideoDeviceInfo& device : CWFactory::videoDeviceList()) {
+        names.push_back(device.name);
+    }
+    return names;
+}
+
+} // namespace
 
 class tst_CWFactory final : public QObject
 {
@@ -13,15 +29,24 @@ class tst_CWFactory final : public QObject
 private slots:
     void listsTheSimulatedMicroscopeLast()
     {
-        CWUVCFilter filter;
-        CWFactory::setUVCFilter(&filter);
         const auto devices = CWFactory::videoDeviceList();
-        CWFactory::setUVCFilter(nullptr);
         QVERIFY(!devices.empty());
         QCOMPARE(devices.back().type, std::int32_t{3});
         QCOMPARE(devices.back().index, std::int32_t{0});
         QCOMPARE(devices.back().name, std::string("Simulated microscope"));
         QVERIFY(devices.back().address.empty());
+    }
+
+    void aRowOfTheFilterShowsTheSimulatedMicroscope()
+    {
+        CWUVCFilter filter;
+        CWFactory::setUVCFilter(&filter);
+        const auto none = listedNames();
+        filter.addItem({0, 0, {}, CWDevice_Simulated});
+        const auto one = listedNames();
+        CWFactory::setUVCFilter(nullptr);
+        QVERIFY(none.empty());
+        QCOMPARE(one, std::vector<std::string>{"Simulated microscope"});
     }
 
     void opensWhatItListsLast()
@@ -40,30 +65,28 @@ private slots:
         QVERIFY(!camera.camera);
     }
 
-    void theNetworkScanMayBeStoppedAtAnyTime()
+    void listsEveryCameraToSeveralThreadsAtOnce()
     {
-        CWFactory::stopTarnlinkDeviceScan();
-        CWFactory::startTarnlinkDeviceScan(1);
-        CWFactory::stopTarnlinkDeviceScan();
-        CWFactory::stopTarnlinkDeviceScan();
-        QVERIFY(CWFactory::tarnlinkDeviceList().empty());
-    }
-
-    void listsFromAnyThread()
-    {
-        std::atomic<int> found{0};
-        std::vector<std::thread> threads;
+        CameraBench bench;
+        bench.plug(0, CameraBench::webcam(), "1234", "5678");
+        zolens::setCaptureHost(bench.host());
+        const std::vector<std::string> expected = listedNames();
+        QCOMPARE(expected.size(), std::size_t{2});
+        const auto listOften = [&expected] {
+            int complete = 0;
+            for (int round = 0; round < 50; ++round) {
+                complete += listedNames() == expected ? 1 : 0;
+            }
+            return complete;
+        };
+        std::vector<std::future<int>> callers;
         for (int i = 0; i < 4; ++i) {
-            threads.emplace_back([&found] {
-                for (int round = 0; round < 50; ++round) {
-                    found += CWFactory::videoDeviceList().empty() ? 0 : 1;
-                }
-            });
+            callers.push_back(std::async(std::launch::async, listOften));
         }
-        for (std::thread& thread : threads) {
-            thread.join();
+        for (std::future<int>& caller : callers) {
+            QCOMPARE(caller.get(), 50);
         }
-        QCOMPARE(found.load(), 200);
+        zolens::setCaptureHost({});
     }
 };
 

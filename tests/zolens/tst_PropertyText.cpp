@@ -36,6 +36,12 @@ private slots:
         QFETCH(QString, text);
         QCOMPARE(PropertyText::text(static_cast<tagCMProperty>(property), value), text);
     }
+
+    void numbersAreWholeAndHaveNone()
+    {
+        QCOMPARE(PropertyText::number(1600.0), QStringLiteral("1600"));
+        QCOMPARE(PropertyText::number(-0.6), QStringLiteral("-1"));
+    }
 };
 
 QTEST_APPLESS_MAIN(tst_PropertyText)

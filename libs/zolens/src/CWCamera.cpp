@@ -36,3 +36,13 @@ double CWCamera::resetProperty(tagCMProperty id)
     setProperty(id, value);
     return value;
 }
+
+bool CWCamera::isGone() const
+{
+    return false;
+}
+
+bool CWCamera::hasUnit(tagCMProperty)
+{
+    return true;
+}

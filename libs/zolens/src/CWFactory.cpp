@@ -9,15 +9,18 @@ std::vector<_tag_VideoDeviceInfo> CWFactory::videoDeviceList()
 
 std::vector<_tag_VideoDeviceInfo> CWFactory::tarnlinkDeviceList()
 {
-    return {};
+    return zolens::foundBoxes();
 }
 
-bool CWFactory::startTarnlinkDeviceScan(unsigned int)
+bool CWFactory::startTarnlinkDeviceScan(unsigned int interval)
 {
-    return false;
+    return zolens::startBoxScan(std::chrono::seconds(interval));
 }
 
-void CWFactory::stopTarnlinkDeviceScan() {}
+void CWFactory::stopTarnlinkDeviceScan()
+{
+    zolens::stopBoxScan();
+}
 
 void CWFactory::setUVCFilter(CWUVCFilter* filter)
 {

@@ -8,8 +8,12 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <chrono>
 
 namespace {
+
+/// For all recordings together that are being made plain files when the camera goes.
+constexpr std::chrono::seconds rewritingTime(1);
 
 bool isSameFile(const QString& one, const QString& other)
 {
@@ -23,6 +27,9 @@ MyCamera::MyCamera(QObject* parent) : QObject(parent) {}
 MyCamera::~MyCamera()
 {
     close();
+    const auto deadline = std::chrono::steady_clock::now() + rewritingTime;
+    for (const auto& recording : rewriting)
+        recording->finishRewriting(deadline);
 }
 
 bool MyCamera::open(int type, int index, bool tryStillCapture)
@@ -74,7 +81,7 @@ QImage MyCamera::snap()
 // The reason is told on this object's own thread.
 bool MyCamera::startRecording(const QString& path)
 {
-    if (!delivery || (recorder && recorder->isRecording())) {
+    if (!delivery || isGone() || (recorder && recorder->isRecording())) {
         return false;
     }
     stopRecording();
@@ -126,11 +133,17 @@ const _tag_VideoDeviceInfo& MyCamera::deviceInfo() const
     return info;
 }
 
+bool MyCamera::isGone() const
+{
+    return camera && camera->isGone();
+}
+
 QString MyCamera::getFormatedProperty(tagCMProperty id, bool)
 {
     double value = 0.0;
     if (!camera || camera->getProperty(id, &value) != 0) {
         return {};
     }
-    return zolens::PropertyText::text(id, value);
+    return camera->hasUnit(id) ? zolens::PropertyText::text(id, value)
+                               : zolens::PropertyText::number(value);
 }

@@ -29,8 +29,13 @@ QString PropertyText::text(tagCMProperty id, double value)
     case CMProperty_ColorTemperature:
         return tr("%1 K").arg(value, 0, 'f', 0);
     default:
-        return QString::number(value, 'f', 0);
+        return number(value);
     }
+}
+
+QString PropertyText::number(double value)
+{
+    return QString::number(value, 'f', 0);
 }
 
 QString PropertyText::exposureTime(double microseconds)

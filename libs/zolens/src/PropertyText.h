@@ -14,6 +14,8 @@ class PropertyText final
 
 public:
     static QString text(tagCMProperty id, double value);
+    /// Without a unit.
+    static QString number(double value);
     /// Up to three digits in the unit that suits.
     static QString exposureTime(double microseconds);
 };

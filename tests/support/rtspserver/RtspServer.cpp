@@ -1,23 +1,14 @@
 #include "RtspServer.h"
 
-#include <csignal>
-
 namespace {
 constexpr int startTime = 20000;
-constexpr int endTime = 5000;
 } // namespace
-
-RtspServer::~RtspServer()
-{
-    kill();
-}
 
 bool RtspServer::start(const QStringList& options)
 {
     QStringList arguments = options;
     if (boundPort != 0)
         arguments << QStringLiteral("--port") << QString::number(boundPort);
-    process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.start(QStringLiteral(ORVO_RTSP_SERVER), arguments);
     return waitUntilReady();
 }
@@ -33,24 +24,6 @@ bool RtspServer::waitUntilReady()
     const int begin = output.indexOf("PORT ") + 5;
     boundPort = output.mid(begin, output.indexOf('\n', begin) - begin).toInt();
     return boundPort > 0;
-}
-
-void RtspServer::kill()
-{
-    if (process.state() == QProcess::NotRunning)
-        return;
-    process.kill();
-    process.waitForFinished(endTime);
-}
-
-void RtspServer::freeze()
-{
-    ::kill(pid_t(process.processId()), SIGSTOP);
-}
-
-void RtspServer::thaw()
-{
-    ::kill(pid_t(process.processId()), SIGCONT);
 }
 
 QString RtspServer::url(const QString& path, const QString& credentials) const

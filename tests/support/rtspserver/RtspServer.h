@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QProcess>
+#include "support/PeerProcess.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -8,15 +9,13 @@
 class RtspServer final
 {
 public:
-    ~RtspServer();
-
     /// Takes the options of the helper program; a server that was killed starts on its old port.
     bool start(const QStringList& options = {});
     /// Without a farewell, as by a power cut.
-    void kill();
+    void kill() { process.end(); }
     /// Stops the process from running, with its connections open.
-    void freeze();
-    void thaw();
+    void freeze() { process.freeze(); }
+    void thaw() { process.thaw(); }
 
     /// `credentials` is empty or ends with @.
     QString url(const QString& path, const QString& credentials = QString()) const;
@@ -25,6 +24,6 @@ public:
 private:
     bool waitUntilReady();
 
-    QProcess process;
+    PeerProcess process;
     int boundPort = 0;
 };

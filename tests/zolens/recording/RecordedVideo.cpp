@@ -114,5 +114,6 @@ std::vector<int> RecordedVideo::numbers() const
     std::vector<int> numbers;
     for (const Frame& frame : frames)
         numbers.push_back(frame.number);
+    numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     return numbers;
 }

@@ -26,6 +26,7 @@ struct RecordedVideo
     static QByteArrayList boxes(const QString& path);
     static bool isFragmented(const QString& path) { return boxes(path).contains("moof"); }
 
+    /// A picture that is repeated counts once.
     std::vector<int> numbers() const;
 
     bool readable = false; ///< Every packet of it was decoded.

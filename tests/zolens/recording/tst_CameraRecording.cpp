@@ -1,19 +1,20 @@
 #include <zolens/MyCamera.h>
 
+#include "HangingDisk.h"
 #include "RecordedVideo.h"
+#include "support/FileSizeLimit.h"
 #include "support/ProcessUse.h"
+#include "support/TimeLimits.h"
 
 #include <QTemporaryDir>
 #include <QtTest>
 
 #include <cmath>
-#include <csignal>
-
-#include <sys/resource.h>
 
 namespace {
 
 constexpr int simulated = CWDevice_Simulated;
+constexpr double slackSeconds = timelimits::slack / 1000.0;
 
 } // namespace
 
@@ -26,10 +27,7 @@ private slots:
     {
         folder = std::make_unique<QTemporaryDir>();
         path = folder->filePath(QStringLiteral("video.mp4"));
-        camera = std::make_unique<MyCamera>();
-        QVERIFY(camera->open(simulated, 0, true));
-        QCOMPARE(camera->camera->setPreviewSize(0), 0);
-        waitForSize(QSize(640, 480));
+        openCamera();
     }
 
     void cleanup() { camera.reset(); }
@@ -39,19 +37,20 @@ private slots:
         QElapsedTimer time;
         QVERIFY(camera->startRecording(path));
         time.start();
-        QTest::qWait(2000);
-        const double rate = double(camera->frameRate());
-        camera->stopRecording();
+        QTest::qWait(4000);
         const double elapsed = double(time.elapsed()) / 1000;
+        camera->stopRecording();
         const RecordedVideo video = RecordedVideo::read(path);
         QVERIFY(video.readable);
-        QVERIFY2(std::abs(video.seconds - elapsed) < 0.3,
+        // At half the speed or at twice that it would be two seconds and more off.
+        QVERIFY2(std::abs(video.seconds - elapsed) < slackSeconds,
                  qPrintable(QString::number(video.seconds)));
-        QVERIFY2(std::abs(double(video.frames.size()) - rate * elapsed) < 0.3 * rate * elapsed,
-                 qPrintable(QString::number(video.frames.size())));
+        // The camera makes sixty at most, and the encoder leaves some out on a busy machine.
+        const double rate = double(video.frames.size()) / elapsed;
+        QVERIFY2(rate > 3 && rate < 66, qPrintable(QString::number(rate)));
     }
 
-    void aPauseLeavesAGapInTime()
+    void aPauseIsAStillPicture()
     {
         QVERIFY(camera->startRecording(path));
         QTest::qWait(500);
@@ -61,11 +60,25 @@ private slots:
         QTest::qWait(500);
         camera->stopRecording();
         const RecordedVideo video = RecordedVideo::read(path);
+        QVERIFY(video.readable);
+        QVERIFY2(video.seconds > 2.1 && video.seconds < 2.8 + slackSeconds,
+                 qPrintable(QString::number(video.seconds)));
         double longest = 0.0;
         for (std::size_t i = 1; i < video.frames.size(); ++i)
             longest = std::max(longest, video.frames[i].seconds - video.frames[i - 1].seconds);
-        QVERIFY2(longest > 1.1 && longest < 1.7, qPrintable(QString::number(longest)));
-        QVERIFY(std::abs(video.seconds - 2.2) < 0.3);
+        QVERIFY2(longest > 0.4 && longest < 0.6 + slackSeconds,
+                 qPrintable(QString::number(longest)));
+    }
+
+    void aPauseAtTheEndLastsUntilTheStop()
+    {
+        QVERIFY(camera->startRecording(path));
+        waitForFrames(5);
+        camera->pause = true;
+        QTest::qWait(2000);
+        camera->stopRecording();
+        const RecordedVideo video = RecordedVideo::read(path);
+        QVERIFY2(video.seconds > 1.9, qPrintable(QString::number(video.seconds)));
     }
 
     void otherSizesKeepTheFileValid()
@@ -90,7 +103,8 @@ private slots:
         QElapsedTimer time;
         time.start();
         camera->close();
-        QVERIFY2(time.elapsed() < 6000, qPrintable(QString::number(time.elapsed())));
+        QVERIFY2(time.elapsed() < timelimits::recording + timelimits::stop,
+                 qPrintable(QString::number(time.elapsed())));
         const RecordedVideo video = RecordedVideo::read(path);
         QVERIFY(video.readable);
         QVERIFY(video.frames.size() >= 8);
@@ -146,16 +160,12 @@ private slots:
 
     void tellsWhenARecordingEndsByItself()
     {
-        std::signal(SIGXFSZ, SIG_IGN);
-        rlimit before{};
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit smaller{200000, before.rlim_max};
         QSignalSpy ends(camera.get(), &MyCamera::recordingEnded);
         QVERIFY(camera->startRecording(path));
-        setrlimit(RLIMIT_FSIZE, &smaller);
-        const bool told = ends.wait(30000);
-        setrlimit(RLIMIT_FSIZE, &before);
-        QVERIFY(told);
+        {
+            const FileSizeLimit limit(200000);
+            QVERIFY(ends.wait(30000));
+        }
         QCOMPARE(ends.first().first().toString(), QStringLiteral("The file cannot be written."));
         QVERIFY(RecordedVideo::read(path).readable);
         // The next one may begin without a stop in between.
@@ -167,6 +177,34 @@ private slots:
         QCOMPARE(ends.size(), 1);
     }
 
+    void aDiskThatHangsStopsNeitherTheLiveViewNorTheUser()
+    {
+        camera.reset();
+        const auto before = processuse::settledHoldings();
+        openCamera();
+        QVERIFY(camera->startRecording(path));
+        HangingWrites disk(path);
+        waitForFrames(60);
+        QElapsedTimer timer;
+        timer.start();
+        camera->stopRecording();
+        QVERIFY2(timer.elapsed() < timelimits::recording,
+                 qPrintable(QString::number(timer.elapsed())));
+        waitForFrames(10);
+        // Another one, on a disk that answers.
+        const QString other = folder->filePath(QStringLiteral("other.mp4"));
+        QVERIFY(camera->startRecording(other));
+        waitForFrames(5);
+        camera->stopRecording();
+        QVERIFY(RecordedVideo::read(other).readable);
+        timer.restart();
+        camera.reset();
+        QVERIFY2(timer.elapsed() < timelimits::rewriting,
+                 qPrintable(QString::number(timer.elapsed())));
+        disk.fail();
+        QCOMPARE(processuse::growthSince(before), QString());
+    }
+
     void theLiveViewShowsEveryFrameMeanwhile()
     {
         int shown = 0;
@@ -175,24 +213,31 @@ private slots:
         QTest::qWait(1500);
         camera->stopRecording();
         const int recorded = int(RecordedVideo::read(path).frames.size());
-        QVERIFY2(shown > 10 && std::abs(shown - recorded) <= 5,
+        // On a busy machine either misses some; one that waits for the other gets but half.
+        QVERIFY2(shown > 10 && std::abs(shown - recorded) <= std::max(5, recorded / 5),
                  qPrintable(QStringLiteral("%1 %2").arg(shown).arg(recorded)));
     }
 
     void manyRecordingsLeaveNothingBehind()
     {
         record();
-        const int threads = processuse::threads();
-        const int descriptors = processuse::descriptors();
+        const auto before = processuse::settledHoldings();
         for (int round = 0; round < 20; ++round)
             record();
-        QTRY_COMPARE(processuse::threads(), threads);
-        QCOMPARE(processuse::descriptors(), descriptors);
+        QCOMPARE(processuse::growthSince(before), QString());
         QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden),
                  QStringList(QStringLiteral("video.mp4")));
     }
 
 private:
+    void openCamera()
+    {
+        camera = std::make_unique<MyCamera>();
+        QVERIFY(camera->open(simulated, 0, true));
+        QCOMPARE(camera->camera->setPreviewSize(0), 0);
+        waitForSize(QSize(640, 480));
+    }
+
     void waitForSize(const QSize& size)
     {
         bool seen = false;

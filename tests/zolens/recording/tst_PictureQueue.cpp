@@ -2,7 +2,7 @@
 
 #include <QtTest>
 
-#include <thread>
+#include <future>
 
 using zolens::Picture;
 using zolens::PicturePool;
@@ -13,6 +13,23 @@ using Clock = PictureQueue::Clock;
 namespace {
 
 const QSize small(64, 48);
+constexpr auto patience = 5s;
+
+/// The rows of the picture's luma.
+QByteArray rowsOf(const Picture& picture)
+{
+    QByteArray rows;
+    for (int y = 0; y < picture->height; ++y)
+        rows.append(reinterpret_cast<const char*>(picture->data[0] + y * picture->linesize[0]),
+                    picture->width);
+    return rows;
+}
+
+void fillWith(const Picture& picture, uchar value)
+{
+    for (int y = 0; y < picture->height; ++y)
+        std::fill_n(picture->data[0] + y * picture->linesize[0], picture->width, value);
+}
 
 } // namespace
 
@@ -25,7 +42,7 @@ private slots:
     {
         fill(small, 3);
         for (int number = 0; number < 3; ++number)
-            QCOMPARE(queue->take()->pts, int64_t{number});
+            QCOMPARE(queue->take(patience)->pts, int64_t{number});
     }
 
     void hasRoomForSo_data()
@@ -49,7 +66,7 @@ private slots:
             ++taken;
         }
         QCOMPARE(taken, pictures);
-        QVERIFY(queue->take());
+        QVERIFY(queue->take(patience));
         QVERIFY(queue->hasRoomFor(size));
     }
 
@@ -59,16 +76,16 @@ private slots:
         queue->close(Clock::now() + 1h);
         QVERIFY(!queue->hasRoomFor(small));
         queue->put(pool.acquire(small));
-        QVERIFY(queue->take());
-        QVERIFY(queue->take());
-        QVERIFY(!queue->take());
+        QVERIFY(queue->take(patience));
+        QVERIFY(queue->take(patience));
+        QVERIFY(!queue->take(patience));
     }
 
     void pastItsEndNothingIsHandedOut()
     {
         fill(small, 2);
         queue->close(Clock::now());
-        QVERIFY(!queue->take());
+        QVERIFY(!queue->take(patience));
     }
 
     void aLaterEndDoesNotPutOffAnEarlierOne()
@@ -76,15 +93,33 @@ private slots:
         fill(small, 1);
         queue->close(Clock::now());
         queue->close(Clock::now() + 1h);
-        QVERIFY(!queue->take());
+        QVERIFY(!queue->take(patience));
+    }
+
+    void waitsNoLongerThanAsked()
+    {
+        QVERIFY(!queue->take(20ms));
+        QVERIFY(!queue->isOver());
+        fill(small, 1);
+        QVERIFY(queue->take(20ms));
+    }
+
+    void isOverOnceItIsClosedAndEmptyOrDue()
+    {
+        fill(small, 1);
+        queue->close(Clock::now() + 1h);
+        QVERIFY(!queue->isOver());
+        queue->close(Clock::now());
+        QVERIFY(queue->isOver());
     }
 
     void closingWakesWhoWaits()
     {
-        std::thread taker([this] { QVERIFY(!queue->take()); });
-        QTest::qSleep(20);
+        auto taken =
+            std::async(std::launch::async, [this] { return queue->take(patience) != nullptr; });
+        QCOMPARE(int(taken.wait_for(50ms)), int(std::future_status::timeout));
         queue->close(Clock::now());
-        taker.join();
+        QVERIFY(!taken.get());
     }
 
     void picturesOutliveTheirPool()
@@ -93,9 +128,13 @@ private slots:
         {
             PicturePool shortLived;
             picture = shortLived.acquire(small);
+            fillWith(picture, 7);
         }
-        picture->data[0][0] = 7;
-        QCOMPARE(int(picture->data[0][0]), 7);
+        // Would get the same memory if the first one's were free.
+        const Picture other = pool.acquire(small);
+        fillWith(other, 8);
+        QCOMPARE(rowsOf(picture), QByteArray(small.width() * small.height(), 7));
+        QCOMPARE(rowsOf(other), QByteArray(small.width() * small.height(), 8));
     }
 
     void buffersGoAround()

@@ -1,17 +1,19 @@
 #include "recording/VideoRecorder.h"
 
 #include "CounterPicture.h"
+#include "HangingDisk.h"
 #include "RecordedVideo.h"
+#include "support/FileSizeLimit.h"
+#include "support/ProcessUse.h"
+#include "support/TimeLimits.h"
 
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <csignal>
 #include <cstdio>
 #include <thread>
 
-#include <sys/resource.h>
 #include <unistd.h>
 
 using zolens::Recording;
@@ -63,28 +65,6 @@ QString ownProgram()
 {
     return QCoreApplication::applicationFilePath();
 }
-
-/// Refuses files to grow beyond so many bytes, until its end.
-class FileSizeLimit final
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit smaller{bytes, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &smaller);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-    Q_DISABLE_COPY(FileSizeLimit)
-
-private:
-    rlimit before{};
-};
 
 /// Ascending from 0, with a few dropped perhaps.
 bool ascend(const std::vector<int>& numbers)
@@ -218,6 +198,70 @@ private slots:
             QSKIP("no private mounts here");
         QCOMPARE(output, QString());
         QVERIFY(!QFile::exists(path));
+    }
+
+    void aDiskThatHangsHoldsNobodyUp()
+    {
+        const auto before = processuse::settledHoldings();
+        auto recorder = VideoRecorder::start(path, {});
+        QVERIFY(recorder);
+        HangingWrites hanging(path);
+        QElapsedTimer timer;
+        timer.start();
+        qint64 longest = 0;
+        for (int number = 0; recorder->droppedFrames() < 30; ++number) {
+            const QImage picture = counterpicture::draw(QSize(320, 240), number, true);
+            const qint64 start = timer.elapsed();
+            recorder->offer(picture, Clock::now());
+            longest = std::max(longest, timer.elapsed() - start);
+            QVERIFY(timer.elapsed() < 20000);
+            QTest::qSleep(5);
+        }
+        QVERIFY2(longest < timelimits::atOnce, qPrintable(QString::number(longest)));
+        timer.restart();
+        recorder->stop();
+        recorder->stop();
+        QVERIFY2(timer.elapsed() < timelimits::recording,
+                 qPrintable(QString::number(timer.elapsed())));
+        timer.restart();
+        recorder.reset();
+        QVERIFY2(timer.elapsed() < timelimits::atOnce,
+                 qPrintable(QString::number(timer.elapsed())));
+        // Nobody waits for the threads, which end by themselves.
+        QVERIFY(processuse::threads() > before.threads);
+        hanging.fail();
+        QCOMPARE(processuse::growthSince(before), QString());
+    }
+
+    void aDiskThatHangsWhenTheRecordingStartsIsRefusedInTime()
+    {
+        const auto before = processuse::settledHoldings();
+        HangingOpening hanging(path);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!VideoRecorder::start(path, {}));
+        QVERIFY2(timer.elapsed() < timelimits::recording,
+                 qPrintable(QString::number(timer.elapsed())));
+        hanging.recover();
+        QCOMPARE(processuse::growthSince(before), QString());
+        QVERIFY(!QFile::exists(path));
+        const auto recorder = VideoRecorder::start(path, {});
+        QVERIFY(recorder);
+    }
+
+    void aDiskThatAnswersLateIsRecordedTo()
+    {
+        HangingOpening hanging(path);
+        std::thread recovery([&hanging] {
+            std::this_thread::sleep_for(1s);
+            hanging.recover();
+        });
+        auto recorder = VideoRecorder::start(path, {});
+        recovery.join();
+        QVERIFY(recorder);
+        recorder->offer(counterpicture::draw(QSize(320, 240), 0), Clock::now());
+        recorder.reset();
+        QCOMPARE(RecordedVideo::read(path).numbers(), std::vector<int>{0});
     }
 
 private:

@@ -1,14 +1,11 @@
-#include "frames/FrameSink.h"
 #include "stream/StreamCamera.h"
 #include "support/rtspserver/ClockCode.h"
 #include "support/rtspserver/RtspServer.h"
+#include "zolens/CheckingSink.h"
 
 #include <QtTest>
 
-#include <condition_variable>
 #include <cstdlib>
-#include <functional>
-#include <mutex>
 
 using namespace std::chrono_literals;
 using zolens::StreamCamera;
@@ -18,46 +15,6 @@ namespace {
 constexpr int watchedFrames = 40; ///< More than from one key frame to the next.
 /// Of a colour component; the strongest blue is converted with 17 too much or too little.
 constexpr int tolerance = 24;
-
-/// Passes every frame through a check, on the camera's thread, and keeps the first complaint.
-class CheckingSink final : public zolens::FrameSink
-{
-public:
-    using Check = std::function<QString(const QImage&)>;
-
-    explicit CheckingSink(Check frameCheck) : check(std::move(frameCheck)) {}
-
-    QImage acquireFrame(const QSize& size) override { return QImage(size, QImage::Format_RGB32); }
-
-    void deliver(QImage&& frame) override
-    {
-        const QString complaint = check(frame);
-        const std::lock_guard<std::mutex> lock(mutex);
-        if (problem.isEmpty() && !complaint.isEmpty())
-            problem = QStringLiteral("frame %1: ").arg(delivered) + complaint;
-        ++delivered;
-        arrived.notify_all();
-    }
-
-    bool waitForFrames(int frames, std::chrono::milliseconds patience)
-    {
-        std::unique_lock<std::mutex> lock(mutex);
-        return arrived.wait_for(lock, patience, [&] { return delivered >= frames; });
-    }
-
-    QString complaint()
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        return problem;
-    }
-
-private:
-    const Check check;
-    std::mutex mutex;
-    std::condition_variable arrived;
-    QString problem;
-    int delivered = 0;
-};
 
 bool isNear(QRgb a, QRgb b)
 {

@@ -1,12 +1,24 @@
-#include "CameraBench.h"
+#include "support/fakev4l2/CameraBench.h"
+#include "v4l2/CaptureScan.h"
 
 #include <QtTest>
 
-using zolens::captureDevices;
+using namespace std::chrono_literals;
+
 using zolens::captureNode;
-using zolens::captureNodes;
+using zolens::V4l2Host;
 
 namespace {
+
+std::vector<zolens::CaptureNode> captureNodes(const V4l2Host& host)
+{
+    return zolens::CaptureScan().nodes(host, 10s);
+}
+
+std::vector<_tag_VideoDeviceInfo> captureDevices(const V4l2Host& host, const CWUVCFilter& filter)
+{
+    return zolens::captureDevices(captureNodes(host), filter);
+}
 
 std::shared_ptr<FakeCamera> cameraNamed(const QByteArray& name)
 {

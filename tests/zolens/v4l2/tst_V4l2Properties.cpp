@@ -1,12 +1,19 @@
-#include "CameraBench.h"
-#include "zolens/stream/RecordingSink.h"
+#include "support/CameraValues.h"
+#include "support/fakev4l2/CameraBench.h"
+#include "v4l2/CameraControls.h"
+#include "v4l2/V4l2Device.h"
+#include "zolens/FrameCollector.h"
+
+#include <zolens/MyCamera.h>
 
 #include <QtTest>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
 using namespace std::chrono_literals;
+using namespace cameravalues;
 using zolens::V4l2Camera;
 
 namespace {
@@ -31,14 +38,8 @@ private:
         QVERIFY(camera->start(&sink));
     }
 
-    double valueOf(tagCMProperty id)
-    {
-        double value = std::numeric_limits<double>::quiet_NaN();
-        return camera->getProperty(id, &value) == 0 ? value : -1.0;
-    }
-
     CameraBench bench;
-    RecordingSink sink;
+    FrameCollector sink;
     std::shared_ptr<FakeCamera> device;
     std::unique_ptr<V4l2Camera> camera;
 
@@ -82,15 +83,39 @@ private slots:
     void exposureTimeCountsInMicroseconds()
     {
         open();
-        double lowest = 0;
-        double highest = 0;
-        double step = 0;
-        camera->propertyRange(CMProperty_ExposureTime, &lowest, &highest, &step);
-        QCOMPARE(lowest, 100.0);
-        QCOMPARE(highest, 500000.0);
-        QCOMPARE(step, 100.0);
-        QCOMPARE(valueOf(CMProperty_ExposureTime), 15700.0);
+        const Range range = rangeOf(*camera, CMProperty_ExposureTime);
+        QCOMPARE(range.lowest, 100.0);
+        QCOMPARE(range.highest, 500000.0);
+        QCOMPARE(range.step, 100.0);
+        QCOMPARE(valueOf(*camera, CMProperty_ExposureTime), 15700.0);
         QCOMPARE(camera->resetProperty(CMProperty_ExposureTime), 15700.0);
+    }
+
+    void labelsShowUnitsOnlyWhereTheDeviceTellsThem()
+    {
+        open();
+        MyCamera opened;
+        opened.camera = std::move(camera);
+        const auto label = [&opened](tagCMProperty id) {
+            return opened.getFormatedProperty(id, false);
+        };
+        QCOMPARE(label(CMProperty_ExposureTime), QStringLiteral("15.7 ms"));
+        QCOMPARE(label(CMProperty_Gain), QStringLiteral("10"));
+        QCOMPARE(label(CMProperty_Brightness), QStringLiteral("0"));
+    }
+
+    void linesAndSensorStepsAreNumbersOfTheDevice()
+    {
+        device->controls = {};
+        device->controls.addInteger(V4L2_CID_EXPOSURE, 4, 1100, 800);
+        device->controls.addInteger(V4L2_CID_ANALOGUE_GAIN, 16, 248, 64);
+        open();
+        QVERIFY(!camera->hasUnit(CMProperty_ExposureTime));
+        QVERIFY(!camera->hasUnit(CMProperty_Gain));
+        MyCamera opened;
+        opened.camera = std::move(camera);
+        QCOMPARE(opened.getFormatedProperty(CMProperty_ExposureTime, false), QStringLiteral("800"));
+        QCOMPARE(opened.getFormatedProperty(CMProperty_Gain, false), QStringLiteral("64"));
     }
 
     void writesTheExposureTimeOnlyAfterAutomaticIsOff()
@@ -101,10 +126,44 @@ private slots:
         camera->setAutoExposure(false);
         QCOMPARE(camera->setProperty(CMProperty_ExposureTime, 20000), 0);
         QCOMPARE(device->writes(), (Writes{{exposureMode, 1}, {exposureTime, 200}}));
-        QCOMPARE(valueOf(CMProperty_ExposureTime), 20000.0);
+        QCOMPARE(valueOf(*camera, CMProperty_ExposureTime), 20000.0);
         camera->setAutoExposure(true);
         QCOMPARE(device->value(exposureMode), 3);
         QVERIFY(camera->setProperty(CMProperty_ExposureTime, 30000) != 0);
+    }
+
+    void waitsForManualExposureAlsoWhereTheDriverWouldTakeTheTime()
+    {
+        device->controls.closesAutomatic = false;
+        open();
+        QVERIFY(camera->setProperty(CMProperty_ExposureTime, 20000) != 0);
+        QVERIFY(device->writes().empty());
+        camera->setAutoExposure(false);
+        QCOMPARE(camera->setProperty(CMProperty_ExposureTime, 20000), 0);
+        QCOMPARE(device->writes(), (Writes{{exposureMode, 1}, {exposureTime, 200}}));
+    }
+
+    void waitsForNoExposureBeyondAMinute_data()
+    {
+        QTest::addColumn<int>("units");
+        QTest::addColumn<qint64>("microseconds");
+        QTest::newRow("long") << 300000 << qint64(30000000);
+        QTest::newRow("too long") << 700000 << qint64(60000000);
+        QTest::newRow("rubbish") << std::numeric_limits<int>::max() << qint64(60000000);
+        QTest::newRow("negative") << -5 << qint64(0);
+    }
+
+    void waitsForNoExposureBeyondAMinute()
+    {
+        QFETCH(int, units);
+        QFETCH(qint64, microseconds);
+        device->controls = {};
+        device->controls.addInteger(exposureTime, std::min(units, 1),
+                                    std::numeric_limits<int>::max(), units);
+        bench.plug(0, device, "1234", "5678");
+        const auto node = std::make_shared<zolens::V4l2Device>(bench.system, bench.node(0));
+        const zolens::CameraControls controls(node);
+        QCOMPARE(qint64(controls.exposureTime().count()), microseconds);
     }
 
     void readsAllAgainAfterAWrite()
@@ -169,7 +228,7 @@ private slots:
         open();
         QCOMPARE(camera->setProperty(CMProperty_Brightness, value), 0);
         QCOMPARE(device->value(V4L2_CID_BRIGHTNESS), held);
-        QCOMPARE(valueOf(CMProperty_Brightness), double(held));
+        QCOMPARE(valueOf(*camera, CMProperty_Brightness), double(held));
     }
 
     void refusesWhatIsNoNumber()
@@ -186,7 +245,7 @@ private slots:
         open();
         camera->setWhiteBalanceMode(CWWhiteBalance_Manual);
         QCOMPARE(camera->setProperty(CMProperty_ColorTemperature, 5003), 0);
-        QCOMPARE(valueOf(CMProperty_ColorTemperature), 5000.0);
+        QCOMPARE(valueOf(*camera, CMProperty_ColorTemperature), 5000.0);
     }
 
     void resetsToTheDefault()
@@ -196,9 +255,9 @@ private slots:
         QCOMPARE(camera->resetProperty(CMProperty_Contrast), 32.0);
         QCOMPARE(device->value(V4L2_CID_CONTRAST), 32);
         camera->setProperty(CMProperty_Denoise, 500);
-        QCOMPARE(valueOf(CMProperty_Denoise), 100.0);
+        QCOMPARE(valueOf(*camera, CMProperty_Denoise), 100.0);
         QCOMPARE(camera->resetProperty(CMProperty_Denoise), 0.0);
-        QCOMPARE(valueOf(CMProperty_Denoise), 0.0);
+        QCOMPARE(valueOf(*camera, CMProperty_Denoise), 0.0);
     }
 
     void listsTheColorModes()

@@ -1,14 +1,12 @@
-#include "CameraBench.h"
+#include "support/fakev4l2/CameraBench.h"
 #include "v4l2/V4l2Device.h"
 #include "v4l2/VideoFormats.h"
-#include "v4l2/VideoModes.h"
 
 #include <QtTest>
 
 using zolens::V4l2Device;
 using zolens::VideoFormat;
 using zolens::videoFormats;
-using zolens::VideoModes;
 
 using Sizes = std::vector<QSize>;
 
@@ -41,6 +39,15 @@ private slots:
         QTest::newRow("grey") << quint32(V4L2_PIX_FMT_GREY) << 7;
         QTest::newRow("RGB24") << quint32(V4L2_PIX_FMT_RGB24) << 0;
         QTest::newRow("RGB565") << quint32(V4L2_PIX_FMT_RGB565) << 1;
+        QTest::newRow("Y10") << quint32(V4L2_PIX_FMT_Y10) << 7;
+        QTest::newRow("Y12") << quint32(V4L2_PIX_FMT_Y12) << 7;
+        QTest::newRow("Y16") << quint32(V4L2_PIX_FMT_Y16) << 7;
+        QTest::newRow("BGGR") << quint32(V4L2_PIX_FMT_SBGGR8) << 1;
+        QTest::newRow("GBRG") << quint32(V4L2_PIX_FMT_SGBRG8) << 1;
+        QTest::newRow("GRBG") << quint32(V4L2_PIX_FMT_SGRBG8) << 1;
+        QTest::newRow("RGGB") << quint32(V4L2_PIX_FMT_SRGGB8) << 1;
+        QTest::newRow("RGGB of 10 bits") << quint32(V4L2_PIX_FMT_SRGGB10) << 1;
+        QTest::newRow("BGGR of 16 bits") << quint32(V4L2_PIX_FMT_SBGGR16) << 1;
         QTest::newRow("H.264") << quint32(V4L2_PIX_FMT_H264) << 20;
     }
 
@@ -50,21 +57,32 @@ private slots:
         QFETCH(int, number);
         const auto formats = formatsOf({{fourcc, {{640, 480}}, {}}});
         QCOMPARE(formats.size(), std::size_t(1));
-        QCOMPARE(formats[0].pixels->number, number);
-        QCOMPARE(formats[0].pixels->fourcc, fourcc);
+        QCOMPARE(formats[0].number, number);
+        QCOMPARE(formats[0].code, fourcc);
     }
 
     void listsTheBestFirstAndEachNumberOnce()
     {
         const auto formats = formatsOf({{V4L2_PIX_FMT_H264, {{640, 480}}, {}},
-                                        {V4L2_PIX_FMT_SBGGR8, {{640, 480}}, {}},
+                                        {V4L2_PIX_FMT_Z16, {{640, 480}}, {}},
                                         {V4L2_PIX_FMT_UYVY, {{640, 480}}, {}},
                                         {V4L2_PIX_FMT_YUYV, {{640, 480}}, {}},
                                         {V4L2_PIX_FMT_MJPEG, {{640, 480}}, {}}});
         QCOMPARE(formats.size(), std::size_t(3));
-        QCOMPARE(formats[0].pixels->fourcc, quint32(V4L2_PIX_FMT_MJPEG));
-        QCOMPARE(formats[1].pixels->fourcc, quint32(V4L2_PIX_FMT_YUYV));
-        QCOMPARE(formats[2].pixels->fourcc, quint32(V4L2_PIX_FMT_H264));
+        QCOMPARE(formats[0].code, quint32(V4L2_PIX_FMT_MJPEG));
+        QCOMPARE(formats[1].code, quint32(V4L2_PIX_FMT_YUYV));
+        QCOMPARE(formats[2].code, quint32(V4L2_PIX_FMT_H264));
+    }
+
+    void prefersFewerBitsOfASample()
+    {
+        const auto formats = formatsOf({{V4L2_PIX_FMT_Y16, {{640, 480}}, {}},
+                                        {V4L2_PIX_FMT_SRGGB12, {{640, 480}}, {}},
+                                        {V4L2_PIX_FMT_SRGGB8, {{640, 480}}, {}},
+                                        {V4L2_PIX_FMT_GREY, {{640, 480}}, {}}});
+        QCOMPARE(formats.size(), std::size_t(2));
+        QCOMPARE(formats[0].code, quint32(V4L2_PIX_FMT_GREY));
+        QCOMPARE(formats[1].code, quint32(V4L2_PIX_FMT_SRGGB8));
     }
 
     void sortsSizesAndNamesEachOnce()
@@ -120,50 +138,6 @@ private slots:
         bench.system->fail(VIDIOC_ENUM_FMT, EINTR, 3);
         const V4l2Device device(bench.system, bench.node(0));
         QCOMPARE(videoFormats(device).size(), std::size_t(1));
-    }
-
-    void choosesFullHighDefinitionAtMost()
-    {
-        VideoModes modes;
-        modes.offer(formatsOf({{V4L2_PIX_FMT_MJPEG, {{640, 480}, {1920, 1080}, {3840, 2160}}, {}},
-                               {V4L2_PIX_FMT_YUYV, {{2592, 1944}, {3264, 2448}}, {}}}));
-        QCOMPARE(modes.preview().size, QSize(1920, 1080));
-        QCOMPARE(modes.still().size, QSize(3840, 2160));
-        QVERIFY(modes.selectFormat(1));
-        QCOMPARE(modes.preview().size, QSize(2592, 1944));
-        QCOMPARE(modes.still().size, QSize(3264, 2448));
-    }
-
-    void keepsASizeThatTheNewFormatHas()
-    {
-        VideoModes modes;
-        modes.offer(formatsOf({{V4L2_PIX_FMT_MJPEG, {{640, 480}, {1280, 720}}, {}},
-                               {V4L2_PIX_FMT_YUYV, {{320, 240}, {640, 480}}, {}}}));
-        QVERIFY(modes.selectSize(0));
-        QVERIFY(modes.selectFormat(1));
-        QCOMPARE(modes.preview().size, QSize(640, 480));
-    }
-
-    void refusesPositionsThatAreNone()
-    {
-        VideoModes modes;
-        QVERIFY(!modes.selectFormat(0));
-        QVERIFY(!modes.selectSize(0));
-        QVERIFY(!modes.selectStillSize(0));
-        modes.offer(formatsOf({{V4L2_PIX_FMT_MJPEG, {{640, 480}}, {}}}));
-        QVERIFY(!modes.selectFormat(1));
-        QVERIFY(!modes.selectFormat(-1));
-        QVERIFY(!modes.selectSize(1));
-    }
-
-    void anAnswerToAnOlderChoiceDoesNotCount()
-    {
-        VideoModes modes;
-        modes.offer(formatsOf({{V4L2_PIX_FMT_MJPEG, {{640, 480}, {1280, 720}}, {}}}));
-        const auto older = modes.preview();
-        QVERIFY(modes.selectSize(0));
-        modes.correct(older, {0, QSize(320, 240)});
-        QCOMPARE(modes.preview().size, QSize(640, 480));
     }
 };
 

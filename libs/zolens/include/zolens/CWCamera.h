@@ -73,6 +73,13 @@ public:
     /// Takes one still picture in the still size; null on failure. Blocks until it has one.
     virtual QImage captureStill() = 0;
     virtual _tag_VideoDeviceInfo deviceInfo() const = 0;
+    /// Whether the device was lost while it was started, as by being unplugged: no frames come, and
+    /// properties are not supported. Most stay lost; some are looked for and come back by
+    /// themselves. A stream that pauses is not lost.
+    virtual bool isGone() const;
+    /// False for a property whose unit the device does not tell: its values are numbers of the
+    /// device instead.
+    virtual bool hasUnit(tagCMProperty id);
 
 protected:
     virtual int selectPreviewSize(int index) = 0;

@@ -10,15 +10,18 @@ class CWUVCFilter;
 class CWFactory
 {
 public:
-    /// The USB cameras present now, after the filter, with the simulated microscope last. Its
-    /// picture is 1920 micrometres wide at every size: a division of its stage micrometer, which is
-    /// 10 micrometres, is 10 pixels at a width of 1920 and 20 at 3840.
+    /// The USB cameras present now, after the filter, with the simulated microscope last where a
+    /// row of its type shows it. Its picture is 1920 micrometres wide at every size: a division of
+    /// its stage micrometer, which is 10 micrometres, is 10 pixels at a width of 1920 and 20 at
+    /// 3840.
     static std::vector<_tag_VideoDeviceInfo> videoDeviceList();
 
-    /// The network boxes found so far by the scan.
+    /// The network boxes that the scan has found so far and that still answer, by their addresses.
+    /// None while it does not run.
     static std::vector<_tag_VideoDeviceInfo> tarnlinkDeviceList();
 
-    /// Starts the scan for network boxes in the background. False when it cannot run.
+    /// Starts the scan for network boxes in the background, in which everybody is asked once in
+    /// that many seconds, unless it runs already. False when it cannot run.
     static bool startTarnlinkDeviceScan(unsigned int interval);
 
     /// Ends the scan; harmless when none runs.

@@ -5,7 +5,8 @@
 
 /// Camera properties. Every value passes as a double, in these units: exposure time in
 /// microseconds, gain in hundredths (100 leaves the signal as it is), colour temperature in kelvin,
-/// exposure target as the mean of a picture of 0 to 255. Others are numbers of the device.
+/// exposure target as the mean of a picture of 0 to 255. Others are numbers of the device, and so
+/// are those of these four which CWCamera::hasUnit() denies.
 enum tagCMProperty {
     CMProperty_Brightness = 0,
     CMProperty_Contrast = 1,

@@ -41,7 +41,8 @@ public:
     QImage snap();
     /// Starts writing an MP4 file of the frames that come while not paused, in the time in which
     /// they come; a pause is a still picture. False on failure: an empty or unwritable path, a full
-    /// disk, no open device, a recording that is under way.
+    /// disk or one that does not answer for 4 seconds, no open device, one that is gone, a
+    /// recording that is under way.
     bool startRecording(const QString& path);
     /// The file plays afterwards, within 4 seconds; a little later it is a plain MP4 file, of the
     /// same name, if there was room. Harmless when nothing is recorded.
@@ -49,8 +50,11 @@ public:
     /// Frames per second, over about the last second; 0 while none come.
     float frameRate() const;
     const _tag_VideoDeviceInfo& deviceInfo() const;
-    /// The property's value as text for a label, with its unit; empty when it has none. The value
-    /// is the one in force at this moment, in automatic modes too, whatever the flag.
+    /// Whether the open device was lost, as by being unplugged. False while none is open.
+    bool isGone() const;
+    /// The property's value as text for a label, with its unit where it has one; empty when there
+    /// is no value. It is the one in force at this moment, in automatic modes too, whatever the
+    /// flag.
     QString getFormatedProperty(tagCMProperty id, bool flag);
 
     /// The open device, null while none is open.

@@ -69,11 +69,14 @@ void Outbox::cameBack()
     changed.notify_one();
 }
 
+/// Images may keep the outbox for long, and it keeps no frame then.
 void Outbox::close()
 {
+    QImage unseen;
     {
         const std::lock_guard lock(mutex);
         closed = true;
+        unseen = std::move(waiting);
     }
     changed.notify_one();
 }

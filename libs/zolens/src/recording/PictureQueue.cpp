@@ -35,15 +35,26 @@ void PictureQueue::put(Picture picture)
     changed.notify_one();
 }
 
-Picture PictureQueue::take()
+Picture PictureQueue::take(Clock::duration patience)
 {
     std::unique_lock lock(mutex);
-    changed.wait(lock, [this] { return closed || !pictures.empty(); });
-    if (pictures.empty() || Clock::now() >= end)
+    changed.wait_for(lock, patience, [this] { return closed || !pictures.empty(); });
+    if (pictures.empty() || isEnded())
         return nullptr;
     Picture oldest = std::move(pictures.front());
     pictures.pop_front();
     return oldest;
+}
+
+bool PictureQueue::isOver() const
+{
+    const std::lock_guard lock(mutex);
+    return isEnded();
+}
+
+bool PictureQueue::isEnded() const
+{
+    return closed && (pictures.empty() || Clock::now() >= end);
 }
 
 void PictureQueue::close(Clock::time_point endOfTaking)

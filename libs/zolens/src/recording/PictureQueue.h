@@ -19,12 +19,16 @@ public:
     bool hasRoomFor(const QSize& size) const;
     /// Closed queues let the picture go.
     void put(Picture picture);
-    /// Waits for the oldest picture; null once the queue is closed and empty, or due to end.
-    Picture take();
+    /// Waits for the oldest picture; null when none comes in that time, and when the queue is over.
+    Picture take(Clock::duration patience);
+    /// Whether it is closed and empty, or closed and due to end.
+    bool isOver() const;
     /// Takes no more pictures. Those that wait may be taken until `end`.
     void close(Clock::time_point end);
 
 private:
+    bool isEnded() const;
+
     mutable std::mutex mutex;
     std::condition_variable changed;
     std::deque<Picture> pictures;

@@ -5,6 +5,15 @@
 #include <algorithm>
 
 namespace zolens {
+namespace {
+
+using namespace std::chrono_literals;
+
+/// A picture that shows for longer is encoded again and again. Encoder and file each hold back the
+/// last ones until others come, which after a long exposure could be lost with the program.
+constexpr auto longestShow = 500ms;
+
+} // namespace
 
 Recording::Recording(const QString& path, Ended listener)
     : file(path),
@@ -13,21 +22,19 @@ Recording::Recording(const QString& path, Ended listener)
 {
 }
 
-bool Recording::open()
-{
-    return H264Encoder::isAvailable() && file.open();
-}
-
 void Recording::run()
 {
-    while (Picture picture = queue.take()) {
-        encode(std::move(picture));
-        if (failure() != RecordingEnd::None)
-            break;
+    if (open()) {
+        enter(Stage::Running);
+        encodeAll();
+        finish();
     }
-    queue.close(Clock::now());
-    finish();
     enter(Stage::Over);
+}
+
+bool Recording::isRunning(Clock::time_point deadline) const
+{
+    return waitFor(Stage::Running, deadline) && !waitFor(Stage::Complete, Clock::now());
 }
 
 void Recording::offer(const QImage& image, Clock::time_point arrival)
@@ -39,7 +46,9 @@ void Recording::offer(const QImage& image, Clock::time_point arrival)
         return;
     }
     convertToPicture(image, picture.get());
-    picture->pts = timeOf(arrival);
+    if (!start)
+        start = arrival;
+    picture->pts = ticksAt(arrival);
     queue.put(std::move(picture));
 }
 
@@ -75,12 +84,44 @@ QString Recording::path() const
     return file.path();
 }
 
+bool Recording::open()
+{
+    return H264Encoder::isAvailable() && file.open();
+}
+
+void Recording::encodeAll()
+{
+    while (!queue.isOver() && failure() == RecordingEnd::None) {
+        if (Picture picture = queue.take(longestShow))
+            encode(std::move(picture));
+        else
+            repeatLast();
+    }
+    queue.close(Clock::now());
+}
+
 void Recording::encode(Picture picture)
 {
     if (!encoder.isOpen() && !openEncoder(*picture))
         return;
-    const Picture ready = fitted(std::move(picture));
-    encodingFailed = !ready || !encoder.encode(ready.get(), writePacket);
+    const int64_t earliest = last ? last->pts + 1 : 0;
+    last = fitted(std::move(picture));
+    if (last)
+        last->pts = std::max(earliest, last->pts);
+    encodingFailed = !last || !encoder.encode(last.get(), writePacket);
+}
+
+/// Unless it is new. Also when the recording ends, so that the file lasts as long as it did.
+void Recording::repeatLast()
+{
+    const auto now = Clock::now();
+    if (!last || last->pts > ticksAt(now - longestShow))
+        return;
+    Picture again(av_frame_clone(last.get()));
+    if (!again)
+        return;
+    again->pts = ticksAt(now);
+    encode(std::move(again));
 }
 
 bool Recording::openEncoder(const AVFrame& first)
@@ -121,15 +162,11 @@ RecordingEnd Recording::failure() const
     return encodingFailed ? RecordingEnd::EncodingFailed : file.failure();
 }
 
-/// Strictly ascending, as the file needs it.
-int64_t Recording::timeOf(Clock::time_point arrival)
+/// In units of the encoder's time base.
+int64_t Recording::ticksAt(Clock::time_point moment) const
 {
     using Ticks = std::chrono::duration<int64_t, std::ratio<1, H264Encoder::timeBase.den>>;
-    if (!start)
-        start = arrival;
-    const auto ticks = std::chrono::duration_cast<Ticks>(arrival - *start).count();
-    lastTime = std::max(lastTime + 1, ticks);
-    return lastTime;
+    return std::chrono::duration_cast<Ticks>(moment - *start).count();
 }
 
 void Recording::enter(Stage next)

@@ -22,6 +22,7 @@ public:
     using Ended = std::function<void(RecordingEnd)>;
 
     enum class Stage {
+        Opening,
         Running,
         Complete, ///< The file plays; it may still be rewritten.
         Over
@@ -29,11 +30,12 @@ public:
 
     Recording(const QString& path, Ended ended);
 
-    /// Before run().
-    bool open();
     void run();
+    /// Whether the file was opened, within that time, and pictures are taken.
+    bool isRunning(Clock::time_point deadline) const;
 
-    /// Takes the picture or drops it when the encoder is behind. Times may leave gaps.
+    /// Takes the picture or drops it when the encoder is behind. Times may leave gaps, which show
+    /// the picture before them.
     void offer(const QImage& image, Clock::time_point arrival);
     /// Takes no more pictures; those that wait are encoded until `end`.
     void close(Clock::time_point end);
@@ -47,19 +49,21 @@ public:
     QString path() const;
 
 private:
+    bool open();
+    void encodeAll();
     void encode(Picture picture);
+    void repeatLast();
     bool openEncoder(const AVFrame& first);
     Picture fitted(Picture picture);
     void finish();
     RecordingEnd failure() const;
-    int64_t timeOf(Clock::time_point arrival);
+    int64_t ticksAt(Clock::time_point moment) const;
     void enter(Stage next);
     void tell(RecordingEnd reason);
 
     // The offering thread's.
     PicturePool offered;
-    std::optional<Clock::time_point> start;
-    int64_t lastTime = -1;
+    std::optional<Clock::time_point> start; ///< Set before the first picture is in the queue.
 
     PictureQueue queue;
     std::atomic<quint64> dropped{0};
@@ -67,6 +71,7 @@ private:
 
     // The encoding thread's.
     PicturePool scaled;
+    Picture last; ///< As it was encoded.
     H264Encoder encoder;
     RecordingFile file;
     const H264Encoder::PacketHandler writePacket;
@@ -74,7 +79,7 @@ private:
 
     mutable std::mutex mutex;
     mutable std::condition_variable changed;
-    Stage stage = Stage::Running;
+    Stage stage = Stage::Opening;
     Ended ended;
 };
 

@@ -7,6 +7,8 @@ using namespace std::chrono_literals;
 using Clock = Recording::Clock;
 using Stage = Recording::Stage;
 
+/// Until the file is open.
+constexpr auto openingTime = 4s;
 /// For the pictures that wait for the encoder.
 constexpr auto encodingTime = 3s;
 /// Until the file is complete.
@@ -19,14 +21,19 @@ constexpr auto cancellingTime = 1s;
 
 std::unique_ptr<VideoRecorder> VideoRecorder::start(const QString& path, Recording::Ended ended)
 {
-    auto recording = std::make_shared<Recording>(path, std::move(ended));
-    if (path.isEmpty() || !recording->open())
+    if (path.isEmpty())
         return nullptr;
-    return std::unique_ptr<VideoRecorder>(new VideoRecorder(std::move(recording)));
+    const Clock::time_point begin = Clock::now();
+    auto recording = std::make_shared<Recording>(path, std::move(ended));
+    std::unique_ptr<VideoRecorder> recorder(new VideoRecorder(std::move(recording)));
+    if (recorder->recording->isRunning(begin + openingTime))
+        return recorder;
+    recorder->stopped = begin; // The time of its end has passed too.
+    return nullptr;
 }
 
-VideoRecorder::VideoRecorder(std::shared_ptr<Recording> openRecording)
-    : recording(std::move(openRecording)),
+VideoRecorder::VideoRecorder(std::shared_ptr<Recording> newRecording)
+    : recording(std::move(newRecording)),
       thread([shared = recording] { shared->run(); })
 {
 }
@@ -54,13 +61,18 @@ void VideoRecorder::stop()
     recording->waitFor(Stage::Complete, *stopped + finishingTime);
 }
 
+void VideoRecorder::finishRewriting(Clock::time_point deadline)
+{
+    recording->waitFor(Stage::Over, deadline);
+    recording->cancelRewriting();
+}
+
 /// False when the thread hangs.
 bool VideoRecorder::endRewriting()
 {
     const bool complete = recording->waitFor(Stage::Complete, Clock::now());
     if (complete)
-        recording->waitFor(Stage::Over, Clock::now() + rewritingTime);
-    recording->cancelRewriting();
+        finishRewriting(Clock::now() + rewritingTime);
     return complete && recording->waitFor(Stage::Over, Clock::now() + cancellingTime);
 }
 

@@ -13,7 +13,8 @@ namespace zolens {
 class VideoRecorder final
 {
 public:
-    /// Null when the path cannot hold a recording. `ended` is called from the recorder's thread.
+    /// Null when the path cannot hold a recording or the disk does not answer in time. `ended` is
+    /// called from the recorder's thread.
     static std::unique_ptr<VideoRecorder> start(const QString& path, Recording::Ended ended);
     /// Leaves at least a complete file behind.
     ~VideoRecorder();
@@ -23,6 +24,8 @@ public:
     void offer(const QImage& image, Recording::Clock::time_point arrival);
     /// The file is complete afterwards; the thread may go on making it a plain MP4.
     void stop();
+    /// Waits for the plain MP4 until then, and leaves the file as it is if that takes longer.
+    void finishRewriting(Recording::Clock::time_point deadline);
 
     /// False once the recording has ended by itself or by stop().
     bool isRecording() const;
@@ -31,7 +34,7 @@ public:
     QString path() const;
 
 private:
-    explicit VideoRecorder(std::shared_ptr<Recording> openRecording);
+    explicit VideoRecorder(std::shared_ptr<Recording> newRecording);
 
     bool endRewriting();
 

@@ -152,7 +152,7 @@ const AVPacket* StreamDemuxer::read()
 bool StreamDemuxer::isWorthRetrying(int error)
 {
     if (error == AVERROR(EAGAIN))
-        return interrupt.sleepUntil(StreamInterrupt::Clock::now() + milliseconds(5));
+        return interrupt.sleepFor(milliseconds(5));
     return error == AVERROR_INVALIDDATA && ++badReads <= toleratedBadReads;
 }
 

@@ -1,42 +1,34 @@
 #include "StreamInterrupt.h"
 
+#include "device/WakeUp.h"
+
 namespace zolens {
 
-void StreamInterrupt::cancel()
-{
-    {
-        const std::lock_guard<std::mutex> lock(mutex);
-        cancelled = true;
-    }
-    wake.notify_all();
-}
-
-void StreamInterrupt::setDeadline(Clock::time_point time)
+void StreamInterrupt::setDeadline(StreamClock::time_point time)
 {
     closing = false;
     expired = false;
-    deadline = time.time_since_epoch().count();
+    deadline = time;
 }
 
-void StreamInterrupt::beginClosing(Clock::duration grace)
+void StreamInterrupt::beginClosing(StreamClock::duration grace)
 {
-    setDeadline(Clock::now() + grace);
+    setDeadline(StreamClock::now() + grace);
     closing = true;
 }
 
 bool StreamInterrupt::isDue()
 {
-    if (cancelled && !closing)
+    if (wake.isCancelled() && !closing)
         return true;
-    if (Clock::now().time_since_epoch().count() >= deadline)
+    if (StreamClock::now() >= deadline)
         expired = true;
     return expired;
 }
 
-bool StreamInterrupt::sleepUntil(Clock::time_point time)
+bool StreamInterrupt::sleepFor(StreamClock::duration time)
 {
-    std::unique_lock<std::mutex> lock(mutex);
-    return !wake.wait_until(lock, time, [this] { return cancelled.load(); });
+    return wake.sleepFor(time);
 }
 
 } // namespace zolens

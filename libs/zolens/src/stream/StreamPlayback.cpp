@@ -2,6 +2,7 @@
 
 #include "StreamLog.h"
 #include "StreamSession.h"
+#include "pixels/FormatNumber.h"
 
 #include <utility>
 
@@ -15,18 +16,18 @@ constexpr milliseconds openingTime(4500);
 /// is still to come.
 constexpr milliseconds keyFramePatience(3500);
 
-/// As in CWCamera::previewFormats. H.265 counts as the older codec of its family; the pictures of
-/// all others are known by what becomes of them.
+/// H.265 counts as the older codec of its family; the pictures of all others are known by what
+/// becomes of them.
 int formatNumber(AVCodecID codec)
 {
     switch (codec) {
     case AV_CODEC_ID_MJPEG:
-        return 19;
+        return FormatNumber::motionJpeg;
     case AV_CODEC_ID_H264:
     case AV_CODEC_ID_HEVC:
-        return 20;
+        return FormatNumber::h264;
     default:
-        return 0;
+        return FormatNumber::packedRgb24;
     }
 }
 
@@ -35,11 +36,13 @@ int formatNumber(AVCodecID codec)
 StreamPlayback::StreamPlayback(StreamSession& streamSession)
     : session(streamSession),
       begun(StreamClock::now()),
-      demuxer(session.interrupt),
+      interrupt(session.wake),
+      demuxer(interrupt),
       watchdog(begun + openingTime, 0.0),
-      clock(0.0)
+      clock(0.0),
+      size(session.modes.preview().size)
 {
-    session.interrupt.setDeadline(begun + openingTime);
+    interrupt.setDeadline(begun + openingTime);
 }
 
 bool StreamPlayback::open()
@@ -49,9 +52,9 @@ bool StreamPlayback::open()
     const AVCodecParameters& video = demuxer.video();
     if (!decoder.open(video, !demuxer.needsPacing()))
         return false;
-    session.format = formatNumber(video.codec_id);
     if (video.width > 0 && video.height > 0)
-        session.setPictureSize(QSize(video.width, video.height));
+        size = QSize(video.width, video.height);
+    tellMode();
     watchdog = FrameWatchdog(begun + openingTime, demuxer.frameDuration());
     clock = PlaybackClock(demuxer.frameDuration());
     return true;
@@ -59,8 +62,11 @@ bool StreamPlayback::open()
 
 void StreamPlayback::run()
 {
-    while (const AVPacket* packet = nextPacket())
+    const quint64 damagedBefore = session.damaged;
+    while (const AVPacket* packet = nextPacket()) {
         show(*packet);
+        session.damaged = damagedBefore + decoder.damagedFrames();
+    }
     if (decoder.damagedFrames() > 0)
         qCDebug(streamLog, "%llu damaged frames were skipped", decoder.damagedFrames());
 }
@@ -68,9 +74,9 @@ void StreamPlayback::run()
 const AVPacket* StreamPlayback::nextPacket()
 {
     const bool paced = demuxer.needsPacing();
-    session.interrupt.setDeadline(paced ? StreamClock::now() + openingTime : watchdog.deadline());
+    interrupt.setDeadline(paced ? StreamClock::now() + openingTime : watchdog.deadline());
     const AVPacket* packet = demuxer.read();
-    if (!packet && paced && !session.interrupt.isExpired() && startOver())
+    if (!packet && paced && !interrupt.isExpired() && startOver())
         packet = demuxer.read();
     if (!packet)
         return nullptr;
@@ -86,7 +92,7 @@ bool StreamPlayback::startOver()
 {
     decoder.drain([this](const AVFrame& frame) { present(frame); });
     clock.restart();
-    session.interrupt.setDeadline(StreamClock::now() + openingTime);
+    interrupt.setDeadline(StreamClock::now() + openingTime);
     return std::exchange(gaveFrames, false) && demuxer.rewind();
 }
 
@@ -101,7 +107,6 @@ void StreamPlayback::show(const AVPacket& packet)
 /// Asks for a buffer before decoding. False when nobody wants the frame.
 bool StreamPlayback::reserve()
 {
-    const QSize size = session.pictureSize();
     if (size.isEmpty())
         return true;
     reserved = session.sink.acquireFrame(size);
@@ -117,18 +122,34 @@ void StreamPlayback::present(const AVFrame& frame)
 {
     if (!decoder.isIntraOnly() && !waitUntilDue(frame.best_effort_timestamp))
         return;
-    const QSize size(frame.width, frame.height);
-    session.setPictureSize(size);
+    takeSize(QSize(frame.width, frame.height));
     gaveFrames = true;
     if (session.still.isPending())
         fulfilStill(frame);
-    QImage target = takeTarget(size);
-    if (!target.isNull() && converter.convert(frame, {session.flip, session.mirror}, &target))
+    QImage target = takeTarget();
+    if (!target.isNull() && convert(frame, &target))
         session.sink.deliver(std::move(target));
     session.opened.settle(true);
 }
 
-QImage StreamPlayback::takeTarget(const QSize& size)
+void StreamPlayback::takeSize(const QSize& newSize)
+{
+    if (newSize == size)
+        return;
+    size = newSize;
+    tellMode();
+}
+
+void StreamPlayback::tellMode()
+{
+    const AVCodecID codec = demuxer.video().codec_id;
+    std::vector<QSize> sizes;
+    if (!size.isEmpty())
+        sizes.push_back(size);
+    session.modes.offer({{codec, formatNumber(codec), std::move(sizes)}});
+}
+
+QImage StreamPlayback::takeTarget()
 {
     QImage target;
     const bool asked = reserved.has_value();
@@ -143,8 +164,16 @@ QImage StreamPlayback::takeTarget(const QSize& size)
 void StreamPlayback::fulfilStill(const AVFrame& frame)
 {
     QImage still(frame.width, frame.height, QImage::Format_RGB32);
-    if (!still.isNull() && converter.convert(frame, {session.flip, session.mirror}, &still))
+    if (!still.isNull() && convert(frame, &still))
         session.still.fulfil(still);
+}
+
+bool StreamPlayback::convert(const AVFrame& frame, QImage* target)
+{
+    if (!converter.convert(frame, session.look.orientation(), target))
+        return false;
+    session.look.apply(target);
+    return true;
 }
 
 /// False when the stream was cancelled meanwhile. Frames of a live source are due as they come.
@@ -155,7 +184,7 @@ bool StreamPlayback::waitUntilDue(int64_t timeStamp)
     std::optional<double> seconds;
     if (timeStamp != AV_NOPTS_VALUE)
         seconds = double(timeStamp) * av_q2d(demuxer.timeBase());
-    return session.interrupt.sleepUntil(clock.due(seconds, StreamClock::now()));
+    return session.wake.sleepUntil(clock.due(seconds, StreamClock::now()));
 }
 
 } // namespace zolens

@@ -1,9 +1,11 @@
 #pragma once
 
-#include "FrameConverter.h"
-#include "StreamDecoder.h"
+#include "PlaybackClock.h"
 #include "StreamDemuxer.h"
-#include "StreamTiming.h"
+#include "StreamInterrupt.h"
+#include "device/LiveTiming.h"
+#include "ffmpeg/VideoDecoder.h"
+#include "pixels/FrameConverter.h"
 
 #include <QImage>
 #include <QSize>
@@ -30,17 +32,23 @@ private:
     void show(const AVPacket& packet);
     void present(const AVFrame& frame);
     bool reserve();
-    QImage takeTarget(const QSize& size);
+    void takeSize(const QSize& newSize);
+    void tellMode();
+    QImage takeTarget();
     void fulfilStill(const AVFrame& frame);
+    bool convert(const AVFrame& frame, QImage* target);
     bool waitUntilDue(int64_t timeStamp);
 
     StreamSession& session;
     const StreamClock::time_point begun;
+    StreamInterrupt interrupt; ///< Needed by the demuxer up to its end.
     StreamDemuxer demuxer;
-    StreamDecoder decoder;
+    VideoDecoder decoder;
     FrameConverter converter;
     FrameWatchdog watchdog;
     PlaybackClock clock;
+    /// Of the pictures; at first that of the connection before. Empty until it is known.
+    QSize size;
     /// The answer of the sink for the frame that is decoded next; null inside when it was refused.
     std::optional<QImage> reserved;
     bool gaveFrames = false;

@@ -10,6 +10,8 @@ namespace {
 
 /// The absolute exposure time counts in units of 100 microseconds.
 constexpr double exposureUnit = 100.0;
+/// Longer times are rubbish rather than light for a microscope's camera.
+constexpr qint64 longestExposure = 60000000; // microseconds
 
 struct Row
 {
@@ -36,14 +38,18 @@ constexpr Row rows[] = {
     {CMProperty_ColorTemperature, V4L2_CID_WHITE_BALANCE_TEMPERATURE, 1.0},
 };
 
+/// What their numbers mean differs from device to device.
+constexpr quint32 withoutUnit[] = {V4L2_CID_GAIN, V4L2_CID_ANALOGUE_GAIN, V4L2_CID_EXPOSURE};
+
 // USB cameras offer the aperture priority for their automatic mode, since they have no aperture.
 constexpr int automaticModes[] = {V4L2_EXPOSURE_APERTURE_PRIORITY, V4L2_EXPOSURE_AUTO,
                                   V4L2_EXPOSURE_SHUTTER_PRIORITY};
 constexpr int manualModes[] = {V4L2_EXPOSURE_MANUAL, V4L2_EXPOSURE_SHUTTER_PRIORITY};
 
-bool contains(const std::vector<int>& values, int value)
+template <typename Values, typename Value>
+bool contains(const Values& values, Value value)
 {
-    return std::find(values.begin(), values.end(), value) != values.end();
+    return std::find(std::begin(values), std::end(values), value) != std::end(values);
 }
 
 template <std::size_t count>
@@ -61,7 +67,7 @@ std::optional<int> firstOffered(const std::vector<int>& offered, const int (&wan
 CameraControls::CameraControls(std::shared_ptr<const V4l2Device> device)
     : controls(std::move(device))
 {
-    noteExposureTime();
+    noteAll();
 }
 
 std::optional<CameraControls::Mapping> CameraControls::mapping(tagCMProperty id) const
@@ -81,7 +87,8 @@ std::optional<CameraControls::Range> CameraControls::range(tagCMProperty id) con
         return std::nullopt;
     const ControlRange& control = *controls.range(found->control);
     return Range{double(control.lowest) * found->scale, double(control.highest) * found->scale,
-                 double(control.step) * found->scale, double(control.standard) * found->scale};
+                 double(control.step) * found->scale, double(control.standard) * found->scale,
+                 !contains(withoutUnit, found->control)};
 }
 
 std::optional<double> CameraControls::read(tagCMProperty id)
@@ -91,7 +98,8 @@ std::optional<double> CameraControls::read(tagCMProperty id)
     if (!value)
         return std::nullopt;
     noteExposureTime();
-    return double(*value) * found->scale;
+    answers.noteValue(id, double(*value) * found->scale);
+    return answers.value(id);
 }
 
 bool CameraControls::write(tagCMProperty id, double value)
@@ -100,8 +108,17 @@ bool CameraControls::write(tagCMProperty id, double value)
     const auto limits = range(id);
     if (!found || std::isnan(value))
         return false;
+    if (id == CMProperty_ExposureTime && isExposureAutomatic())
+        return false;
     const double held = std::clamp(value, limits->lowest, limits->highest);
     return set(found->control, std::llround(held / found->scale));
+}
+
+/// Some drivers take a time all the same, and end the automatic mode by it.
+bool CameraControls::isExposureAutomatic() const
+{
+    const auto mode = controls.lastRead(V4L2_CID_EXPOSURE_AUTO);
+    return mode == V4L2_EXPOSURE_AUTO || mode == V4L2_EXPOSURE_APERTURE_PRIORITY;
 }
 
 /// Both controls are written where a device has both: one for the time, one for the gain.
@@ -142,8 +159,9 @@ void CameraControls::setWhiteBalanceMode(int mode)
 
 int CameraControls::whiteBalanceMode()
 {
-    const auto automatic = controls.read(V4L2_CID_AUTO_WHITE_BALANCE);
-    return automatic.value_or(0) != 0 ? CWWhiteBalance_Auto : CWWhiteBalance_Manual;
+    controls.read(V4L2_CID_AUTO_WHITE_BALANCE);
+    noteSwitches();
+    return answers.whiteBalanceMode();
 }
 
 std::vector<int> CameraControls::powerFrequencies() const
@@ -154,7 +172,9 @@ std::vector<int> CameraControls::powerFrequencies() const
 
 int CameraControls::powerFrequency()
 {
-    return int(controls.read(V4L2_CID_POWER_LINE_FREQUENCY).value_or(0));
+    controls.read(V4L2_CID_POWER_LINE_FREQUENCY);
+    noteSwitches();
+    return answers.powerFrequency();
 }
 
 void CameraControls::setPowerFrequency(int value)
@@ -166,7 +186,7 @@ void CameraControls::setPowerFrequency(int value)
 bool CameraControls::set(quint32 id, qint64 value)
 {
     const bool written = controls.write(id, value);
-    noteExposureTime();
+    noteAll();
     return written;
 }
 
@@ -175,10 +195,30 @@ std::chrono::microseconds CameraControls::exposureTime() const
     return std::chrono::microseconds(exposureMicroseconds);
 }
 
+void CameraControls::noteAll()
+{
+    for (const Row& row : rows) {
+        const auto found = mapping(row.property);
+        const auto value = found ? controls.lastRead(found->control) : std::nullopt;
+        if (value)
+            answers.noteValue(row.property, double(*value) * found->scale);
+    }
+    noteSwitches();
+    noteExposureTime();
+}
+
+void CameraControls::noteSwitches()
+{
+    const auto lastRead = [this](quint32 id) { return controls.lastRead(id).value_or(0); };
+    answers.noteWhiteBalanceMode(
+        lastRead(V4L2_CID_AUTO_WHITE_BALANCE) != 0 ? CWWhiteBalance_Auto : CWWhiteBalance_Manual);
+    answers.notePowerFrequency(int(lastRead(V4L2_CID_POWER_LINE_FREQUENCY)));
+}
+
 void CameraControls::noteExposureTime()
 {
     const qint64 units = controls.lastRead(V4L2_CID_EXPOSURE_ABSOLUTE).value_or(0);
-    exposureMicroseconds = std::max<qint64>(0, units) * qint64(exposureUnit);
+    exposureMicroseconds = std::clamp<qint64>(units * qint64(exposureUnit), 0, longestExposure);
 }
 
 } // namespace zolens

@@ -1,45 +1,30 @@
 #pragma once
 
 #include "ControlSet.h"
-#include "zolens/CameraTypes.h"
+#include "device/DeviceControls.h"
 
 #include <atomic>
-#include <chrono>
 
 namespace zolens {
 
-/// The properties of a camera as the controls of its device. Reading and writing wait for the
-/// device, and one thread does it at a time; what is supported may be asked on any thread.
-class CameraControls final
+/// The properties of a camera as the controls of its device.
+class CameraControls final : public DeviceControls
 {
 public:
-    struct Range
-    {
-        double lowest;
-        double highest;
-        double step;
-        double standard;
-    };
-
     explicit CameraControls(std::shared_ptr<const V4l2Device> device);
 
-    /// Nothing for a property that the device lacks.
-    std::optional<Range> range(tagCMProperty id) const;
-    std::vector<int> whiteBalanceModes() const;
-    std::vector<int> powerFrequencies() const;
+    std::optional<Range> range(tagCMProperty id) const override;
+    std::vector<int> whiteBalanceModes() const override;
+    std::vector<int> powerFrequencies() const override;
 
-    std::optional<double> read(tagCMProperty id);
-    /// False when the device does not take a value now, as an exposure time while it chooses that
-    /// by itself.
-    bool write(tagCMProperty id, double value);
-    void setAutoExposure(bool on);
-    void setWhiteBalanceMode(int mode);
-    int whiteBalanceMode();
-    int powerFrequency();
-    void setPowerFrequency(int value);
-
-    /// The one in force when the controls were read last. Safe on any thread.
-    std::chrono::microseconds exposureTime() const;
+    std::optional<double> read(tagCMProperty id) override;
+    bool write(tagCMProperty id, double value) override;
+    void setAutoExposure(bool on) override;
+    void setWhiteBalanceMode(int mode) override;
+    int whiteBalanceMode() override;
+    int powerFrequency() override;
+    void setPowerFrequency(int value) override;
+    std::chrono::microseconds exposureTime() const override;
 
 private:
     struct Mapping
@@ -49,7 +34,10 @@ private:
     };
 
     std::optional<Mapping> mapping(tagCMProperty id) const;
+    bool isExposureAutomatic() const;
     bool set(quint32 id, qint64 value);
+    void noteAll();
+    void noteSwitches();
     void noteExposureTime();
 
     ControlSet controls;

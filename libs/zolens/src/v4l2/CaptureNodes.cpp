@@ -103,11 +103,16 @@ const CWUVCFilterItem* firstFit(const CaptureNode& node, const CWUVCFilter& filt
 
 } // namespace
 
+QString nodePath(const V4l2Host& host, int number)
+{
+    return host.devices + QStringLiteral("/video%1").arg(number);
+}
+
 std::optional<CaptureNode> captureNode(const V4l2Host& host, int number)
 {
     CaptureNode node;
     node.number = number;
-    node.path = host.devices + QStringLiteral("/video%1").arg(number);
+    node.path = nodePath(host, number);
     const auto answer = capability(host, node.path);
     if (!answer || !givesPictures(*answer))
         return std::nullopt;
@@ -116,7 +121,7 @@ std::optional<CaptureNode> captureNode(const V4l2Host& host, int number)
     return node;
 }
 
-std::vector<CaptureNode> captureNodes(const V4l2Host& host)
+std::vector<int> nodeNumbers(const V4l2Host& host)
 {
     const QString prefix = QStringLiteral("video");
     std::vector<int> numbers;
@@ -129,12 +134,7 @@ std::vector<CaptureNode> captureNodes(const V4l2Host& host)
             numbers.push_back(number);
     }
     std::sort(numbers.begin(), numbers.end());
-    std::vector<CaptureNode> nodes;
-    for (const int number : numbers) {
-        if (const auto node = captureNode(host, number))
-            nodes.push_back(*node);
-    }
-    return nodes;
+    return numbers;
 }
 
 std::optional<_tag_VideoDeviceInfo> describe(const CaptureNode& node, const CWUVCFilter& filter)
@@ -149,9 +149,9 @@ std::optional<_tag_VideoDeviceInfo> describe(const CaptureNode& node, const CWUV
     return info;
 }
 
-std::vector<_tag_VideoDeviceInfo> captureDevices(const V4l2Host& host, const CWUVCFilter& filter)
+std::vector<_tag_VideoDeviceInfo> captureDevices(std::vector<CaptureNode> nodes,
+                                                 const CWUVCFilter& filter)
 {
-    std::vector<CaptureNode> nodes = captureNodes(host);
     std::stable_sort(nodes.begin(), nodes.end(), [&filter](const auto& a, const auto& b) {
         return std::less<>()(firstFit(a, filter), firstFit(b, filter));
     });

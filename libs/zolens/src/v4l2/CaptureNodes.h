@@ -31,18 +31,23 @@ struct CaptureNode
     std::uint16_t productId = 0;
 };
 
-/// Nothing when there is no such node or it gives no pictures, as those for metadata.
-std::optional<CaptureNode> captureNode(const V4l2Host& host, int number);
+QString nodePath(const V4l2Host& host, int number);
 
-/// Those present now, by their numbers.
-std::vector<CaptureNode> captureNodes(const V4l2Host& host);
+/// Of the nodes present now, whatever they give, from low to high.
+std::vector<int> nodeNumbers(const V4l2Host& host);
+
+/// Waits for the device. Nothing when there is no such node or it gives no pictures, as those for
+/// metadata; nor for devices without streaming or with several planes of memory.
+std::optional<CaptureNode> captureNode(const V4l2Host& host, int number);
 
 /// The device as the first row of the filter that fits it tells; nothing when none does. Rows for
 /// cameras on the USB fit no others. The index is the number of the node, so that it keeps pointing
 /// at the same device while others come and go.
 std::optional<_tag_VideoDeviceInfo> describe(const CaptureNode& node, const CWUVCFilter& filter);
 
-/// All that the filter shows, in the order of its rows, and by their numbers within a row.
-std::vector<_tag_VideoDeviceInfo> captureDevices(const V4l2Host& host, const CWUVCFilter& filter);
+/// Those of the nodes that the filter shows, in the order of its rows, and as they came within a
+/// row.
+std::vector<_tag_VideoDeviceInfo> captureDevices(std::vector<CaptureNode> nodes,
+                                                 const CWUVCFilter& filter);
 
 } // namespace zolens

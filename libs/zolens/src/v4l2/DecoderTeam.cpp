@@ -14,22 +14,27 @@ namespace {
 /// Enough for 30 frames a second of 3840 x 2160 pixels.
 constexpr int parallelDecoders = 2;
 constexpr std::size_t mostWaiting = 1;
+constexpr int mostDamagedByAccident = 8;
 
 } // namespace
 
-DecoderTeam::DecoderTeam(V4l2Session& v4l2Session, const V4l2Stream& v4l2Stream)
+DecoderTeam::DecoderTeam(V4l2Session& v4l2Session, const V4l2Stream& v4l2Stream,
+                         std::unique_ptr<FrameDecoder> first)
     : session(v4l2Session),
-      stream(v4l2Stream)
+      stream(v4l2Stream),
+      orderMatters(first->needsEveryFrame())
 {
-    auto first = makeDecoder(stream.layout());
-    if (!first)
-        return;
-    orderMatters = first->needsEveryFrame();
-    decoders.push_back(std::move(first));
-    while (!orderMatters && decoders.size() < parallelDecoders)
-        decoders.push_back(makeDecoder(stream.layout()));
-    for (const auto& decoder : decoders)
-        threads.emplace_back([this, worker = decoder.get()] { run(*worker); });
+    add(std::move(first));
+    for (int i = 1; !orderMatters && i < parallelDecoders; ++i) {
+        if (auto another = makeDecoder(stream.layout()))
+            add(std::move(another));
+    }
+}
+
+void DecoderTeam::add(std::unique_ptr<FrameDecoder> decoder)
+{
+    decoders.push_back(std::move(decoder));
+    threads.emplace_back([this, worker = decoders.back().get()] { run(*worker); });
 }
 
 DecoderTeam::~DecoderTeam()
@@ -55,6 +60,11 @@ void DecoderTeam::submit(const DriverFrame& frame)
     }
     ++session.dropped;
     stream.giveBack(frame);
+}
+
+bool DecoderTeam::seesOnlyDamage() const
+{
+    return damagedInARow > mostDamagedByAccident;
 }
 
 void DecoderTeam::run(FrameDecoder& decoder)
@@ -108,12 +118,21 @@ bool DecoderTeam::decodeInto(FrameDecoder& decoder, const DriverFrame& frame, QI
     const bool wanted = !target->isNull();
     const auto result =
         decoder.decode(frame, session.look.orientation(), wanted ? target : nullptr);
-    if (result == FrameDecoder::Result::Damaged)
-        ++session.damaged;
+    note(result);
     if (!wanted || result != FrameDecoder::Result::Picture)
         return false;
     session.look.apply(target);
     return true;
+}
+
+void DecoderTeam::note(FrameDecoder::Result result)
+{
+    if (result != FrameDecoder::Result::Damaged) {
+        damagedInARow = 0;
+        return;
+    }
+    ++damagedInARow;
+    ++session.damaged;
 }
 
 /// Waits for its turn, also when there is nothing to deliver.

@@ -4,6 +4,7 @@
 
 #include <QImage>
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -20,13 +21,17 @@ struct V4l2Session;
 class DecoderTeam final
 {
 public:
-    /// `stream` is running.
-    DecoderTeam(V4l2Session& v4l2Session, const V4l2Stream& v4l2Stream);
+    /// `stream` is running, and `first` decodes its frames.
+    DecoderTeam(V4l2Session& v4l2Session, const V4l2Stream& v4l2Stream,
+                std::unique_ptr<FrameDecoder> first);
     /// Finishes what is being decoded.
     ~DecoderTeam();
 
     /// The frame goes back to the driver when it is done.
     void submit(const DriverFrame& frame);
+
+    /// Whether the latest frames were all damaged, more of them than get lost by accident.
+    bool seesOnlyDamage() const;
 
 private:
     struct Job
@@ -35,17 +40,20 @@ private:
         quint64 number = 0;
     };
 
+    void add(std::unique_ptr<FrameDecoder> decoder);
     void run(FrameDecoder& decoder);
     bool next(Job* job);
     QImage decode(FrameDecoder& decoder, const DriverFrame& frame);
     QImage decodeStill(FrameDecoder& decoder, const DriverFrame& frame, QImage target);
     bool decodeInto(FrameDecoder& decoder, const DriverFrame& frame, QImage* target);
+    void note(FrameDecoder::Result result);
     void deliver(quint64 number, QImage&& picture);
 
     V4l2Session& session;
     const V4l2Stream& stream;
-    bool orderMatters = false; ///< Every frame is needed, hence none is dropped.
-    std::mutex mutex;          ///< Guards what follows.
+    const bool orderMatters; ///< Every frame is needed, hence none is dropped.
+    std::atomic<int> damagedInARow{0};
+    std::mutex mutex; ///< Guards what follows.
     std::condition_variable changed;
     std::deque<Job> waiting;
     quint64 submitted = 0;

@@ -1,10 +1,12 @@
 #include "FrameDecoder.h"
 
 #include "MjpegDecoder.h"
-#include "stream/StreamDecoder.h"
+#include "ffmpeg/VideoDecoder.h"
+#include "pixels/SensorConverter.h"
 
 #include <QImage>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -63,14 +65,43 @@ private:
     FrameConverter converter;
 };
 
+/// Frames as sensors give them: deep greys, and colours behind a mosaic of filters.
+class SensorDecoder final : public FrameDecoder
+{
+public:
+    SensorDecoder(const PictureLayout& pictureLayout, const SensorFormat& sensorFormat)
+        : format(sensorFormat)
+    {
+        const std::size_t tight = format.bytesOf(format.samplesPerRow(pictureLayout.size.width()));
+        const auto stated = std::size_t(std::max(pictureLayout.bytesPerLine, 0));
+        padding = std::uint32_t(stated > tight ? stated - tight : 0);
+    }
+
+    Result decode(const DriverFrame& frame, Orientation orientation, QImage* target) override
+    {
+        const SensorData data = {frame.data, frame.size, padding};
+        return converter.convert(format, data, orientation, target) ? Result::Picture
+                                                                    : Result::Damaged;
+    }
+
+private:
+    const SensorFormat& format;
+    std::uint32_t padding = 0; ///< In bytes, behind each row.
+    SensorConverter converter;
+};
+
+std::unique_ptr<FrameDecoder> makeSensorDecoder(const PictureLayout& layout)
+{
+    const SensorFormat* format = findSensorFormat(layout.pixels->sensorCode);
+    return format ? std::make_unique<SensorDecoder>(layout, *format) : nullptr;
+}
+
 class H264Decoder final : public FrameDecoder
 {
 public:
     H264Decoder() : packet(av_packet_alloc())
     {
-        const std::unique_ptr<AVCodecParameters, void (*)(AVCodecParameters*)> parameters(
-            avcodec_parameters_alloc(),
-            [](AVCodecParameters* it) { avcodec_parameters_free(&it); });
+        const AvPointer<AVCodecParameters> parameters(avcodec_parameters_alloc());
         parameters->codec_type = AVMEDIA_TYPE_VIDEO;
         parameters->codec_id = AV_CODEC_ID_H264;
         ready = decoder.open(*parameters, true);
@@ -89,15 +120,16 @@ public:
         const quint64 damagedBefore = decoder.damagedFrames();
         Result result = Result::Nothing;
         decoder.decode(*packet, [&](const AVFrame& picture) {
-            if (target && converter.convert(picture, orientation, target))
-                result = Result::Picture;
+            if (target)
+                result = converter.convert(picture, orientation, target) ? Result::Picture
+                                                                         : Result::Damaged;
         });
         return decoder.damagedFrames() > damagedBefore ? Result::Damaged : result;
     }
 
 private:
     AvPointer<AVPacket> packet;
-    StreamDecoder decoder;
+    VideoDecoder decoder;
     FrameConverter converter;
     std::vector<uint8_t> data;
     bool ready = false;
@@ -112,6 +144,8 @@ std::unique_ptr<FrameDecoder> makeDecoder(const PictureLayout& layout)
     switch (layout.pixels->coding) {
     case PixelFormat::Coding::Raw:
         return std::make_unique<RawDecoder>(layout);
+    case PixelFormat::Coding::Sensor:
+        return makeSensorDecoder(layout);
     case PixelFormat::Coding::Jpeg:
         return std::make_unique<MjpegDecoder>(layout.size);
     case PixelFormat::Coding::H264:

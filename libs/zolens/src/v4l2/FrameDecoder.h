@@ -1,7 +1,7 @@
 #pragma once
 
 #include "V4l2Stream.h"
-#include "stream/FrameConverter.h"
+#include "pixels/FrameConverter.h"
 
 #include <memory>
 

@@ -9,7 +9,9 @@
 namespace zolens {
 
 /// Decodes JPEG pictures straight into the image. A picture that ends too early or is corrupt
-/// counts as damaged, whatever of it could be decoded.
+/// counts as damaged, whatever of it could be decoded. One that has all its pixels is shown, also
+/// when padding follows them or the mark of its end is missing; of a larger one the upper left part
+/// is shown.
 class MjpegDecoder final : public FrameDecoder
 {
 public:
@@ -24,12 +26,19 @@ private:
         void operator()(void* handle) const;
     };
 
-    bool decompress(const DriverFrame& frame, bool flip, QImage* target);
+    enum class Outcome { Clean, Doubtful, Unusable };
+
+    Outcome decompress(const DriverFrame& frame, bool flip, QImage* target);
+    bool read(const DriverFrame& frame, bool flip, QImage* target);
+    bool readLarger(const DriverFrame& frame, const QSize& actual, bool flip, QImage* target);
+    DriverFrame withProperEnd(const DriverFrame& frame);
     void mirror(QImage* target);
 
     const QSize size;
     /// Null until the next picture: made anew after a failure, which leaves traces in it.
     std::unique_ptr<void, Destroy> handle;
+    std::vector<uchar> mended;
+    std::vector<uchar> larger;
     std::vector<uchar> row;
 };
 

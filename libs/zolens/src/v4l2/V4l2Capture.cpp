@@ -5,19 +5,18 @@
 #include "FrameDecoder.h"
 #include "V4l2Device.h"
 #include "V4l2Log.h"
+#include "VideoFormats.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <limits>
+#include <iterator>
+#include <utility>
 
 namespace zolens {
 namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds shortestPatience(2000);
-constexpr int patienceInFrames = 10;
 constexpr milliseconds releaseTime(1000);
 constexpr milliseconds releasePause(100);
 /// The first pictures after a switch may be dark or torn.
@@ -26,12 +25,6 @@ constexpr int settlingFrames = 3;
 bool isGone(int error)
 {
     return error == ENODEV || error == ENXIO || error == EBADF;
-}
-
-int timeUntil(StreamClock::time_point time)
-{
-    const auto left = std::chrono::ceil<milliseconds>(time - StreamClock::now()).count();
-    return int(std::clamp<milliseconds::rep>(left, 0, std::numeric_limits<int>::max()));
 }
 
 } // namespace
@@ -82,13 +75,13 @@ void V4l2Capture::run()
 {
     for (;;) {
         begun = StreamClock::now();
-        const End end = capture();
+        const CaptureEnd end = capture();
         stream->stop();
-        if (end == End::Cancelled || end == End::Gone)
+        if (end == CaptureEnd::Cancelled || end == CaptureEnd::Gone)
             break;
-        if (end == End::LargeStill)
+        if (end == CaptureEnd::LargeStill)
             takeStill();
-        if (end == End::Stalled && !waitOut())
+        if (end == CaptureEnd::Stalled && !waitOut())
             break;
         if (!resume())
             break;
@@ -97,7 +90,7 @@ void V4l2Capture::run()
            session.damaged.load(), session.dropped.load());
 }
 
-/// Grows from one stall to the next. False when it was cancelled meanwhile.
+/// Waits before the next start, longer after each stall. False when it was cancelled meanwhile.
 bool V4l2Capture::waitOut()
 {
     ++session.restarts;
@@ -127,7 +120,15 @@ bool V4l2Capture::resume()
 
 int V4l2Capture::startStream(const VideoMode& mode)
 {
-    return stream->start(*session.modes.format(mode.format).pixels, mode.size);
+    const VideoFormat format = session.modes.format(mode.format);
+    const int error = stream->start(*findPixelFormat(format.code), mode.size);
+    if (error != 0)
+        return error;
+    decoder = makeDecoder(stream->layout());
+    if (decoder)
+        return 0;
+    stream->stop();
+    return ENOTSUP;
 }
 
 int V4l2Capture::startPreview()
@@ -141,42 +142,35 @@ int V4l2Capture::startPreview()
     return 0;
 }
 
-V4l2Capture::End V4l2Capture::capture()
+CaptureEnd V4l2Capture::capture()
 {
-    DecoderTeam team(session, *stream);
-    FrameWatchdog watchdog = makeWatchdog();
+    DecoderTeam team(session, *stream, std::move(decoder));
+    auto watchdog = FrameWatchdog::startedAt(StreamClock::now(), stream->frameTime());
     DriverFrame frame;
-    while (!interruption()) {
+    auto interruption = session.interruption(running);
+    for (; !interruption; interruption = session.interruption(running)) {
         const int error = await(watchdog, &frame);
         if (error == EAGAIN)
             continue;
         if (error != 0)
-            return isGone(error) ? End::Gone : End::Stalled;
-        watchdog.frameArrived(StreamClock::now());
-        pass(frame, &team);
+            return isGone(error) ? CaptureEnd::Gone : CaptureEnd::Stalled;
+        if (pass(frame, &team))
+            watchdog.frameArrived(StreamClock::now());
     }
-    return *interruption();
+    return *interruption;
 }
 
-std::optional<V4l2Capture::End> V4l2Capture::interruption() const
-{
-    if (session.wake.isCancelled())
-        return End::Cancelled;
-    if (session.modes.preview() != running)
-        return End::NewMode;
-    if (session.wantsLargeStill())
-        return End::LargeStill;
-    return std::nullopt;
-}
-
-void V4l2Capture::pass(const DriverFrame& frame, DecoderTeam* team)
+/// Whether the device seems to be well. One that sends nothing but damaged frames is taken for
+/// stalled.
+bool V4l2Capture::pass(const DriverFrame& frame, DecoderTeam* team)
 {
     if (!frame.damaged) {
         team->submit(frame);
-        return;
+        return !team->seesOnlyDamage();
     }
     ++session.damaged;
     stream->giveBack(frame);
+    return false;
 }
 
 /// 0 with a frame, EAGAIN when there is something else to look at, ETIMEDOUT after the deadline.
@@ -185,7 +179,7 @@ int V4l2Capture::await(const FrameWatchdog& watchdog, DriverFrame* frame)
     const auto controls = session.controls();
     const auto deadline = watchdog.deadline() + controls->exposureTime();
     pollfd sources[] = {{device->descriptor(), POLLIN, 0}, {session.wake.descriptor(), POLLIN, 0}};
-    const int count = device->system().poll(sources, std::size(sources), timeUntil(deadline));
+    const int count = device->system().poll(sources, std::size(sources), pollTimeUntil(deadline));
     if (count == 0)
         return ETIMEDOUT;
     if (count < 0)
@@ -213,23 +207,21 @@ void V4l2Capture::takeStill()
 
 QImage V4l2Capture::stillPicture()
 {
-    const auto decoder = makeDecoder(stream->layout());
     QImage picture(stream->layout().size, QImage::Format_RGB32);
-    FrameWatchdog watchdog = makeWatchdog();
+    auto watchdog = FrameWatchdog::startedAt(StreamClock::now(), stream->frameTime());
     DriverFrame frame;
-    for (int frames = 0; decoder && session.still.isPending() && !session.wake.isCancelled();) {
+    for (int frames = 0; session.still.isPending() && !session.wake.isCancelled();) {
         const int error = await(watchdog, &frame);
         if (error == EAGAIN)
             continue;
         if (error != 0)
             break;
-        watchdog.frameArrived(StreamClock::now());
         const bool settled = ++frames > settlingFrames;
-        const bool done = (settled || decoder->needsEveryFrame()) &&
-                          decoder->decode(frame, session.look.orientation(), &picture) ==
-                              FrameDecoder::Result::Picture;
+        const auto result = decodeStill(frame, settled, &picture);
         stream->giveBack(frame);
-        if (!settled || !done)
+        if (result != FrameDecoder::Result::Damaged)
+            watchdog.frameArrived(StreamClock::now());
+        if (!settled || result != FrameDecoder::Result::Picture)
             continue;
         session.look.apply(&picture);
         return picture;
@@ -237,12 +229,14 @@ QImage V4l2Capture::stillPicture()
     return {};
 }
 
-FrameWatchdog V4l2Capture::makeWatchdog() const
+FrameDecoder::Result V4l2Capture::decodeStill(const DriverFrame& frame, bool settled,
+                                              QImage* picture)
 {
-    const auto patience = std::chrono::duration<double>(stream->frameTime() * patienceInFrames);
-    const auto first = std::max<StreamClock::duration>(
-        shortestPatience, std::chrono::duration_cast<StreamClock::duration>(patience));
-    return FrameWatchdog(StreamClock::now() + first, stream->frameTime());
+    if (frame.damaged)
+        return FrameDecoder::Result::Damaged;
+    if (!settled && !decoder->needsEveryFrame())
+        return FrameDecoder::Result::Nothing;
+    return decoder->decode(frame, session.look.orientation(), picture);
 }
 
 } // namespace zolens

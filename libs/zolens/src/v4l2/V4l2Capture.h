@@ -1,13 +1,13 @@
 #pragma once
 
+#include "FrameDecoder.h"
 #include "V4l2Session.h"
 #include "V4l2Stream.h"
-#include "stream/StreamTiming.h"
+#include "device/LiveTiming.h"
 
 #include <QImage>
 
 #include <memory>
-#include <optional>
 
 namespace zolens {
 
@@ -27,28 +27,25 @@ public:
     void run();
 
 private:
-    /// Why the flow of frames ended.
-    enum class End { Cancelled, NewMode, LargeStill, Stalled, Gone };
-
     bool identify();
     int startStream(const VideoMode& mode);
     int startPreview();
     int startPatiently();
     bool resume();
     bool waitOut();
-    End capture();
-    std::optional<End> interruption() const;
+    CaptureEnd capture();
     int await(const FrameWatchdog& watchdog, DriverFrame* frame);
     int takeReady(short events, DriverFrame* frame);
-    void pass(const DriverFrame& frame, DecoderTeam* team);
+    bool pass(const DriverFrame& frame, DecoderTeam* team);
     void takeStill();
     QImage stillPicture();
-    FrameWatchdog makeWatchdog() const;
+    FrameDecoder::Result decodeStill(const DriverFrame& frame, bool settled, QImage* picture);
 
     V4l2Session& session;
     std::shared_ptr<V4l2Device> device;
     std::unique_ptr<V4l2Stream> stream;
-    VideoMode running; ///< The last preview that the device took.
+    std::unique_ptr<FrameDecoder> decoder; ///< For the stream, from its start until it is in use.
+    VideoMode running;                     ///< The last preview that the device took.
     ReconnectPause pause;
     StreamClock::time_point begun;
 };

@@ -25,7 +25,7 @@ public:
     virtual int munmap(void* address, std::size_t length) = 0;
 };
 
-/// The one of the machine.
+/// The system calls of the kernel that the program runs on.
 std::shared_ptr<V4l2System> kernelV4l2();
 
 } // namespace zolens

@@ -1,11 +1,12 @@
 #include "VideoFormats.h"
 
+#include "PixelFormats.h"
 #include "V4l2Device.h"
+#include "device/PictureSizes.h"
 
 #include <linux/videodev2.h>
 
 #include <algorithm>
-#include <tuple>
 
 namespace zolens {
 namespace {
@@ -15,13 +16,6 @@ constexpr __u32 mostFormats = 64;
 constexpr __u32 mostSizes = 256;
 constexpr __u32 mostIntervals = 64;
 constexpr __u32 longestSide = 32768;
-
-/// What is offered of the sizes of a device that takes any.
-constexpr QSize commonSizes[] = {
-    {320, 240},   {640, 360},   {640, 480},   {800, 600},   {1024, 768},  {1280, 720},
-    {1280, 960},  {1280, 1024}, {1600, 1200}, {1920, 1080}, {2048, 1536}, {2560, 1440},
-    {2592, 1944}, {3264, 2448}, {3840, 2160}, {4096, 3072}, {4608, 3456}, {5472, 3648},
-};
 
 bool isUsable(__u32 width, __u32 height)
 {
@@ -34,20 +28,19 @@ void add(std::vector<QSize>* sizes, __u32 width, __u32 height)
         sizes->emplace_back(int(width), int(height));
 }
 
-bool isOnGrid(int length, __u32 least, __u32 most, __u32 step)
+QSize bounded(__u32 width, __u32 height)
 {
-    const auto value = __u32(length);
-    return value >= least && value <= most && (value - least) % std::max(step, 1U) == 0;
+    return QSize(int(std::min(width, longestSide)), int(std::min(height, longestSide)));
 }
 
 void addStepwise(std::vector<QSize>* sizes, const v4l2_frmsize_stepwise& range)
 {
     add(sizes, range.min_width, range.min_height);
-    for (const QSize& size : commonSizes) {
-        if (isOnGrid(size.width(), range.min_width, range.max_width, range.step_width) &&
-            isOnGrid(size.height(), range.min_height, range.max_height, range.step_height))
-            sizes->push_back(size);
-    }
+    const SizeGrid grid = {bounded(range.min_width, range.min_height),
+                           bounded(range.max_width, range.max_height),
+                           bounded(range.step_width, range.step_height)};
+    const std::vector<QSize> common = commonSizesOn(grid);
+    sizes->insert(sizes->end(), common.begin(), common.end());
     add(sizes, range.max_width, range.max_height);
 }
 
@@ -58,18 +51,6 @@ void addCurrent(const V4l2Device& device, std::vector<QSize>* sizes)
     format.type = V4L2_BUF_TYPE_VIDEO_CAPTURE;
     if (device.request(VIDIOC_G_FMT, &format) == 0)
         add(sizes, format.fmt.pix.width, format.fmt.pix.height);
-}
-
-auto byArea(const QSize& size)
-{
-    return std::tuple(qint64{size.width()} * size.height(), size.width());
-}
-
-void sortUnique(std::vector<QSize>* sizes)
-{
-    std::sort(sizes->begin(), sizes->end(),
-              [](const QSize& a, const QSize& b) { return byArea(a) < byArea(b); });
-    sizes->erase(std::unique(sizes->begin(), sizes->end()), sizes->end());
 }
 
 std::vector<QSize> sizesOf(const V4l2Device& device, quint32 fourcc)
@@ -89,7 +70,7 @@ std::vector<QSize> sizesOf(const V4l2Device& device, quint32 fourcc)
     }
     if (sizes.empty())
         addCurrent(device, &sizes);
-    sortUnique(&sizes);
+    sortByArea(&sizes);
     return sizes;
 }
 
@@ -111,9 +92,8 @@ std::vector<const PixelFormat*> pixelFormats(const V4l2Device& device)
 
 bool contains(const std::vector<VideoFormat>& formats, int number)
 {
-    return std::any_of(formats.begin(), formats.end(), [number](const VideoFormat& format) {
-        return format.pixels->number == number;
-    });
+    return std::any_of(formats.begin(), formats.end(),
+                       [number](const VideoFormat& format) { return format.number == number; });
 }
 
 double seconds(const v4l2_fract& time)
@@ -131,7 +111,7 @@ std::vector<VideoFormat> videoFormats(const V4l2Device& device)
             continue;
         std::vector<QSize> sizes = sizesOf(device, pixels->fourcc);
         if (!sizes.empty())
-            formats.push_back({pixels, std::move(sizes)});
+            formats.push_back({pixels->fourcc, pixels->number, std::move(sizes)});
     }
     return formats;
 }

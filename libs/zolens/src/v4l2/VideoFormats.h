@@ -1,21 +1,12 @@
 #pragma once
 
-#include "PixelFormats.h"
-
-#include <QSize>
+#include "device/VideoModes.h"
 
 #include <vector>
 
 namespace zolens {
 
 class V4l2Device;
-
-/// A format that a device offers, with its sizes from small to large.
-struct VideoFormat
-{
-    const PixelFormat* pixels;
-    std::vector<QSize> sizes; ///< Never empty.
-};
 
 /// The formats that can be shown, the best first, one for each format number.
 std::vector<VideoFormat> videoFormats(const V4l2Device& device);

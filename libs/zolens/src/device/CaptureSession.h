@@ -1,0 +1,72 @@
+#pragma once
+
+#include "DeviceControls.h"
+#include "Outcome.h"
+#include "SinkGate.h"
+#include "StillRequest.h"
+#include "VideoModes.h"
+#include "WakeUp.h"
+#include "pixels/PictureLook.h"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <optional>
+
+namespace zolens {
+
+/// Why a flow of frames ended.
+enum class CaptureEnd { Cancelled, NewMode, LargeStill, Stalled, Gone };
+
+/// What a camera and its threads share, from one start to the stop. Owned by all of them, so that a
+/// thread which hangs in a device can end later by itself. Every part is thread-safe.
+struct CaptureSession
+{
+    explicit CaptureSession(FrameSink* frameSink) : sink(frameSink) {}
+    virtual ~CaptureSession() = default;
+
+    /// Takes over what the user has chosen for the camera. Before the worker starts.
+    void inherit(const CaptureSession& earlier);
+
+    void setControls(std::shared_ptr<DeviceControls> newControls);
+    /// Null before the device is open and after it is gone.
+    std::shared_ptr<DeviceControls> controls() const;
+
+    /// Whether the device has sizes to choose from for stills.
+    bool hasStillSizes() const;
+    /// Whether a still picture is wanted that the preview cannot give.
+    bool wantsLargeStill() const;
+    bool wantsPreviewStill() const;
+    /// Why a flow of frames in that mode has to end; nothing while it may go on.
+    std::optional<CaptureEnd> interruption(const VideoMode& running) const;
+
+    /// Whether stills may have a size of their own. Does not change once the worker runs.
+    bool tryStillCapture = false;
+    /// How long somebody waits for a still picture. Does not change either.
+    std::chrono::milliseconds stillPatience{5000};
+    SinkGate sink;
+    StillRequest still;
+    /// Whether the device could be opened; `info` does not change any more then.
+    Outcome opened;
+    /// Settled when the worker is done.
+    Outcome finished;
+    WakeUp wake;
+    VideoModes modes;
+    PictureLook look;
+    _tag_VideoDeviceInfo info;
+
+    /// The device was lost and is looked for.
+    std::atomic<bool> away{false};
+    std::atomic<quint64> damaged{0};  ///< Frames that could not be decoded.
+    std::atomic<quint64> dropped{0};  ///< Frames that nobody had time to decode.
+    std::atomic<quint64> restarts{0}; ///< Of a device that stalled.
+
+private:
+    bool isLargeStill() const;
+
+    mutable std::mutex mutex;
+    std::shared_ptr<DeviceControls> deviceControls;
+};
+
+} // namespace zolens

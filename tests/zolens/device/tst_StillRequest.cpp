@@ -1,0 +1,73 @@
+#include "device/StillRequest.h"
+
+#include <QElapsedTimer>
+#include <QtTest>
+
+#include <thread>
+
+using namespace std::chrono_literals;
+using zolens::StillRequest;
+
+namespace {
+
+QImage picture(Qt::GlobalColor color)
+{
+    QImage image(2, 2, QImage::Format_RGB32);
+    image.fill(color);
+    return image;
+}
+
+/// Brings the frames one after the other as soon as somebody waits.
+std::thread workerWith(StillRequest& request, const std::vector<QImage>& frames)
+{
+    return std::thread([&request, frames] {
+        while (!request.isPending())
+            std::this_thread::sleep_for(1ms);
+        for (const QImage& frame : frames)
+            request.fulfil(frame);
+    });
+}
+
+} // namespace
+
+class tst_StillRequest final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void handsOverTheNextFrame()
+    {
+        StillRequest request;
+        std::thread worker = workerWith(request, {picture(Qt::red), picture(Qt::blue)});
+        const QImage still = request.take(30s);
+        worker.join();
+        QCOMPARE(still, picture(Qt::red));
+        QVERIFY(!request.isPending());
+    }
+
+    /// As one does that ends.
+    void aWorkerMaySendTheWaiterAwayWithoutAFrame()
+    {
+        StillRequest request;
+        QElapsedTimer timer;
+        timer.start();
+        std::thread worker = workerWith(request, {QImage()});
+        QVERIFY(request.take(30s).isNull());
+        worker.join();
+        QVERIFY(timer.elapsed() < 15000);
+    }
+
+    void keepsNoFrameThatNobodyWaitsFor()
+    {
+        StillRequest request;
+        request.fulfil(picture(Qt::red));
+        QVERIFY(request.take(50ms).isNull());
+        // Too late: not for the next one either.
+        QVERIFY(!request.isPending());
+        request.fulfil(picture(Qt::red));
+        QVERIFY(request.take(50ms).isNull());
+    }
+};
+
+QTEST_APPLESS_MAIN(tst_StillRequest)
+#include "tst_StillRequest.moc"
