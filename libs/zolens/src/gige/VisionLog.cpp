@@ -1,0 +1,5 @@
+#include "VisionLog.h"
+
+namespace zolens {
+Q_LOGGING_CATEGORY(visionLog, "zolens.vision", QtInfoMsg)
+} // namespace zolens
