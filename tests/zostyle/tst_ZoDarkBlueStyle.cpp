@@ -1,5 +1,6 @@
 #include <zostyle/ZoStyleFactory.h>
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -104,7 +105,8 @@ QWidget* filledCombo()
     return combo;
 }
 
-void addFocusableControls()
+/// Buttons and fields.
+void addSmallControls()
 {
     QTest::newRow("push button") << button<QPushButton>();
     QTest::newRow("tool button") << button<QToolButton>();
@@ -113,6 +115,11 @@ void addFocusableControls()
     QTest::newRow("combo box") << MakeWidget(filledCombo);
     QTest::newRow("line edit") << MakeWidget([] { return new QLineEdit; });
     QTest::newRow("spin box") << MakeWidget([] { return new QDoubleSpinBox; });
+}
+
+void addFocusableControls()
+{
+    addSmallControls();
     QTest::newRow("slider") << MakeWidget([] { return new QSlider(Qt::Horizontal); });
     QTest::newRow("group box") << MakeWidget(checkableGroup);
     QTest::newRow("list") << MakeWidget(filledList);
@@ -165,6 +172,7 @@ private slots:
     void buttonStatesLookDifferent();
     void hoverIsSeen_data();
     void hoverIsSeen();
+    void hoverOfAComboEndsWithItsList();
     void disabledIsSeen_data();
     void disabledIsSeen();
     void categoryTitleIsAFlatBoldHeading();
@@ -331,13 +339,7 @@ void tst_ZoDarkBlueStyle::buttonStatesLookDifferent()
 void tst_ZoDarkBlueStyle::hoverIsSeen_data()
 {
     QTest::addColumn<MakeWidget>("make");
-    QTest::newRow("push button") << button<QPushButton>();
-    QTest::newRow("tool button") << button<QToolButton>();
-    QTest::newRow("check box") << button<QCheckBox>();
-    QTest::newRow("radio button") << button<QRadioButton>();
-    QTest::newRow("combo box") << MakeWidget(filledCombo);
-    QTest::newRow("line edit") << MakeWidget([] { return new QLineEdit; });
-    QTest::newRow("spin box") << MakeWidget([] { return new QDoubleSpinBox; });
+    addSmallControls();
 }
 
 void tst_ZoDarkBlueStyle::hoverIsSeen()
@@ -354,6 +356,32 @@ void tst_ZoDarkBlueStyle::hoverIsSeen()
     QTRY_VERIFY(stage.image() != plain);
     QTest::mouseMove(stage.window.windowHandle(), away);
     QTRY_VERIFY(stage.image() == plain);
+}
+
+void tst_ZoDarkBlueStyle::hoverOfAComboEndsWithItsList()
+{
+    Stage stage(filledCombo());
+    QVERIFY(stage.isActive());
+    auto* combo = qobject_cast<QComboBox*>(stage.widget);
+    combo->resize(200, combo->height()); // Most of it is text, not arrow.
+    const auto ground = [&] { return stage.image().pixelColor(combo->width() / 2, 3); };
+    const QColor plain = ground();
+    QTest::mouseMove(stage.window.windowHandle(), QPoint(200, 200));
+    QTest::mouseMove(stage.window.windowHandle(), combo->geometry().center());
+    QTRY_VERIFY(ground() != plain);
+    QTest::mouseClick(stage.window.windowHandle(), Qt::LeftButton, {}, combo->geometry().center());
+
+    QWidget* popup = combo->view()->window();
+    QTRY_VERIFY(popup->isVisible());
+    const QRect row = combo->view()->visualRect(combo->model()->index(1, 0));
+    const QPoint item = combo->view()->viewport()->mapTo(popup, row.topLeft()) + QPoint(8, 8);
+    QCursor::setPos(popup->mapToGlobal(item));
+    QTest::mouseMove(popup->windowHandle(), item);
+    QTest::qWait(QApplication::doubleClickInterval()); // Earlier releases do not choose.
+    QTest::mouseClick(popup->windowHandle(), Qt::LeftButton, {}, item);
+    QTRY_VERIFY(!popup->isVisible());
+    QCOMPARE(combo->currentIndex(), 1);
+    QTRY_COMPARE(ground(), plain);
 }
 
 void tst_ZoDarkBlueStyle::disabledIsSeen_data()

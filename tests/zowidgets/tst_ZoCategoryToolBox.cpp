@@ -83,6 +83,7 @@ private slots:
     void rowsFollowGroupsByThemselves();
     void wrappedTextGetsTheHeightThatTheWidthNeeds();
     void nothingIsCutOffOrScrolledSideways();
+    void theScrollBarPushesNothingAside();
     void theWheelScrollsPastControls();
     void theWheelTurnsTheFocusedControl();
     void disablingReachesTitlesAndWidgets();
@@ -213,7 +214,6 @@ void tst_ZoCategoryToolBox::aRowIsAsHighAsItsWidgetWants()
     QCOMPARE(rowHeight(0), first->sizeHint().height());
     QCOMPARE(first->height(), first->sizeHint().height());
     QCOMPARE(title(0)->height(), title(0)->sizeHint().height());
-    QCOMPARE(first->width(), box->viewport()->width());
 }
 
 void tst_ZoCategoryToolBox::relayoutFollowsGroupsThatHideAndShow()
@@ -244,11 +244,11 @@ void tst_ZoCategoryToolBox::wrappedTextGetsTheHeightThatTheWidthNeeds()
     auto* label = new QLabel(QStringLiteral("word ").repeated(60));
     label->setWordWrap(true);
     box->addCategory(QStringLiteral("Text"), label, true);
-    QTRY_COMPARE(rowHeight(2), label->heightForWidth(box->viewport()->width()));
+    QTRY_COMPARE(rowHeight(2), label->heightForWidth(label->width()));
     const int tall = rowHeight(2);
     holder->resize(2 * narrow, 600);
     QTRY_VERIFY(rowHeight(2) < tall);
-    QCOMPARE(rowHeight(2), label->heightForWidth(box->viewport()->width()));
+    QCOMPARE(rowHeight(2), label->heightForWidth(label->width()));
 }
 
 void tst_ZoCategoryToolBox::nothingIsCutOffOrScrolledSideways()
@@ -261,6 +261,20 @@ void tst_ZoCategoryToolBox::nothingIsCutOffOrScrolledSideways()
         QVERIFY(!box->horizontalScrollBar()->isVisible());
         QCOMPARE(box->horizontalScrollBar()->maximum(), 0);
     }
+}
+
+void tst_ZoCategoryToolBox::theScrollBarPushesNothingAside()
+{
+    title(1)->click();
+    QTRY_VERIFY(second->isVisible());
+    QVERIFY(!box->verticalScrollBar()->isVisible());
+    const int without = first->width();
+    QVERIFY(without > narrow / 2);
+    holder->resize(narrow, 120);
+    QTRY_VERIFY(box->verticalScrollBar()->isVisible());
+    QTRY_COMPARE(first->width(), box->viewport()->width());
+    QCOMPARE(first->width(), without);
+    QCOMPARE(title(0)->width(), without);
 }
 
 void tst_ZoCategoryToolBox::theWheelScrollsPastControls()

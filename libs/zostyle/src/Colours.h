@@ -46,7 +46,7 @@ struct Colour
 };
 
 /// The one table of colours, in the order of Tone. Palette and style sheet are made from it.
-inline constexpr std::array<Colour, 25> Colours{{
+inline const std::array<Colour, 25> Colours{{
     {Tone::Window, QLatin1String("window"), 0xff17212f},
     {Tone::Panel, QLatin1String("panel"), 0xff1e2b3d},
     {Tone::Alternate, QLatin1String("alternate"), 0xff223145},
@@ -74,7 +74,7 @@ inline constexpr std::array<Colour, 25> Colours{{
     {Tone::ErrorPressed, QLatin1String("error-pressed"), 0xffb33f3b},
 }};
 
-constexpr QRgb rgb(Tone tone)
+inline QRgb rgb(Tone tone)
 {
     return Colours[static_cast<std::size_t>(tone)].rgb;
 }

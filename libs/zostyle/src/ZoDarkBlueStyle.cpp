@@ -5,6 +5,8 @@
 #include "StyleSheet.h"
 
 #include <QApplication>
+#include <QCursor>
+#include <QHoverEvent>
 #include <QPainter>
 #include <QStyleOption>
 #include <QToolButton>
@@ -53,6 +55,22 @@ QPalette darkBluePalette()
     return palette;
 }
 
+bool isListOfCombo(const QWidget* widget)
+{
+    return widget->inherits("QComboBoxPrivateContainer");
+}
+
+/// A combo box does not hear of a mouse that leaves it through its open list, and would stay lit.
+void endHover(QWidget* combo)
+{
+    if (combo->rect().contains(combo->mapFromGlobal(QCursor::pos())))
+        return;
+    QEvent leave(QEvent::Leave);
+    QCoreApplication::sendEvent(combo, &leave);
+    QHoverEvent hoverLeave(QEvent::HoverLeave, QPoint(-1, -1), QPoint());
+    QCoreApplication::sendEvent(combo, &hoverLeave);
+}
+
 } // namespace
 
 ZoDarkBlueStyle::ZoDarkBlueStyle(const QString& styleSheetPath)
@@ -85,6 +103,28 @@ void ZoDarkBlueStyle::polish(QApplication* application)
         return;
     replacedSheet = application->styleSheet();
     application->setStyleSheet(sheet);
+}
+
+void ZoDarkBlueStyle::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    if (isListOfCombo(widget))
+        widget->installEventFilter(this);
+}
+
+void ZoDarkBlueStyle::unpolish(QWidget* widget)
+{
+    if (isListOfCombo(widget))
+        widget->removeEventFilter(this);
+    QProxyStyle::unpolish(widget);
+}
+
+bool ZoDarkBlueStyle::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto* list = qobject_cast<QWidget*>(watched);
+    if (event->type() == QEvent::Hide && list && list->parentWidget())
+        endHover(list->parentWidget());
+    return QProxyStyle::eventFilter(watched, event);
 }
 
 QPalette ZoDarkBlueStyle::standardPalette() const

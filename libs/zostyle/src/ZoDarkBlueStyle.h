@@ -19,6 +19,9 @@ public:
     using QProxyStyle::polish;
     void polish(QPalette& palette) override;
     void polish(QApplication* application) override;
+    void polish(QWidget* widget) override;
+    using QProxyStyle::unpolish;
+    void unpolish(QWidget* widget) override;
     QPalette standardPalette() const override;
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
@@ -29,6 +32,8 @@ public:
                        const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QString sheet;

@@ -47,7 +47,8 @@ ZoCategoryToolBox::ZoCategoryToolBox(QWidget* parent) : QTreeWidget(parent)
 {
     makeKnown(this);
     setHeaderHidden(true);
-    header()->setSectionResizeMode(QHeaderView::Stretch);
+    header()->setSectionResizeMode(QHeaderView::Fixed);
+    header()->setStretchLastSection(false);
     header()->setMinimumSectionSize(0);
     setIndentation(0);
     setRootIsDecorated(false);
@@ -108,6 +109,7 @@ bool ZoCategoryToolBox::eventFilter(QObject* watched, QEvent* event)
 void ZoCategoryToolBox::resizeEvent(QResizeEvent* event)
 {
     QTreeWidget::resizeEvent(event);
+    header()->resizeSection(0, contentWidth());
     relayout();
 }
 
@@ -134,8 +136,13 @@ void ZoCategoryToolBox::fitHeight(QTreeWidgetItem* category)
 {
     QTreeWidgetItem* row = category->child(0);
     const QWidget* widget = itemWidget(row, 0);
-    row->setSizeHint(0, QSize(0, heightAt(viewport()->width(), widget)));
+    row->setSizeHint(0, QSize(0, heightAt(contentWidth(), widget)));
     category->setSizeHint(0, QSize(0, titleOf(category)->sizeHint().height()));
+}
+
+int ZoCategoryToolBox::contentWidth() const
+{
+    return contentsRect().width() - verticalScrollBar()->sizeHint().width();
 }
 
 void ZoCategoryToolBox::showTitleState(QTreeWidgetItem* category)

@@ -7,7 +7,8 @@ class CategoryTitle;
 }
 
 /// A column of titled widgets that fold away under their titles, as tall as they need to be; it
-/// scrolls when they are taller than the box. Titles are reached with Tab like the widgets below
+/// scrolls when they are taller than the box, with room kept for the scroll bar, so that it pushes
+/// nothing aside when it comes. Titles are reached with Tab like the widgets below
 /// them; Space, or a click, folds and unfolds, Right unfolds and Left folds. The wheel turns only
 /// the control that has the focus, and else scrolls.
 class ZoCategoryToolBox : public QTreeWidget
@@ -34,6 +35,7 @@ private:
     void addTitle(QTreeWidgetItem* category, const QString& title);
     void watch(QWidget* widget);
     void fitHeight(QTreeWidgetItem* category);
+    int contentWidth() const;
     void showTitleState(QTreeWidgetItem* category);
     void bringIntoView(const QWidget* widget);
     zowidgets::CategoryTitle* titleOf(QTreeWidgetItem* category) const;
