@@ -254,7 +254,7 @@ void MainWindow::openNetworkDevice(int type, QString url)
 
 void MainWindow::openSelectDeviceDialog()
 {
-    SelectDeviceDialog dialog({{cameraType, cameraIndex}}, nullptr);
+    SelectDeviceDialog dialog(openedDevices(), nullptr);
     connect(&dialog, &SelectDeviceDialog::openUsbDevice, this, &MainWindow::openUsbDevice);
     connect(&dialog, &SelectDeviceDialog::openNetworkDevice, this, &MainWindow::openNetworkDevice);
     dialog.exec();
@@ -361,7 +361,7 @@ void MainWindow::toggleRecord(bool start)
 // The action stays checked, as after a recording that did not start: Record is the user's to press.
 void MainWindow::recordingEnded(const QString& reason)
 {
-    statusBar->showMessage(tr("Recording ended: %1").arg(reason), 0);
+    statusBar->showRecordNotice(tr("Recording ended: %1").arg(reason));
 }
 
 void MainWindow::openGallery()
@@ -460,6 +460,14 @@ void MainWindow::cameraFailed()
 {
     closeCamera();
     QMessageBox::critical(this, tr("Error"), tr("Failed to open camera"), QMessageBox::Ok);
+}
+
+// A device that is gone keeps nobody from choosing it again, or another one in its place.
+QList<QPair<int, int>> MainWindow::openedDevices() const
+{
+    if (camera && camera->isGone())
+        return {};
+    return {{cameraType, cameraIndex}};
 }
 
 bool MainWindow::hasOpenDevice() const

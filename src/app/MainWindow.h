@@ -3,6 +3,8 @@
 #include <zowidgets/ZoFramelessWindow.h>
 
 #include <QImage>
+#include <QList>
+#include <QPair>
 
 class FormOutputbar;
 class FormSidebar;
@@ -72,6 +74,7 @@ private:
     void createCamera();
     void cameraOpened();
     void cameraFailed();
+    QList<QPair<int, int>> openedDevices() const;
     bool hasOpenDevice() const;
     QImage takePicture();
     void showPlaceholder();

@@ -10,6 +10,7 @@
 #include <QToolButton>
 
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -44,6 +45,7 @@ StatusBar::StatusBar(QStatusBar* bar, QAction* fullscreenAction, QAction* listAc
     zoomInButton = addZoomStepButton();
     addFpsLabel();
     addRecordSpace();
+    connect(bar, &QStatusBar::messageChanged, this, &StatusBar::restoreRecordNotice);
 }
 
 void StatusBar::showMessage(const QString& text, int timeout)
@@ -51,9 +53,16 @@ void StatusBar::showMessage(const QString& text, int timeout)
     statusBar->showMessage(text, timeout);
 }
 
+void StatusBar::showRecordNotice(const QString& text)
+{
+    recordNotice = text;
+    statusBar->showMessage(text);
+}
+
 void StatusBar::setZoomText(double scale)
 {
     zoomButton->setText(percentText(scale));
+    zoomButton->setAccessibleDescription(percentText(scale));
 }
 
 void StatusBar::setZoomLevel(int level)
@@ -86,6 +95,7 @@ QString StatusBar::recordTimeText(qint64 milliseconds)
 
 void StatusBar::showRecordIndicator(bool recording)
 {
+    endRecordNotice();
     if (recording && !recordLabel) {
         recordLabel = makeRecordLabel();
         recordSpace->hide();
@@ -192,4 +202,18 @@ void StatusBar::tick()
     if (recordLabel)
         recordLabel->setText(recordImage + QLatin1String("  ") +
                              recordTimeText(recordTime.elapsed()));
+}
+
+// A hint that goes leaves no message at all.
+void StatusBar::restoreRecordNotice(const QString& message)
+{
+    if (message.isEmpty() && !recordNotice.isEmpty())
+        statusBar->showMessage(recordNotice);
+}
+
+void StatusBar::endRecordNotice()
+{
+    const QString ended = std::exchange(recordNotice, QString());
+    if (!ended.isEmpty() && statusBar->currentMessage() == ended)
+        statusBar->clearMessage();
 }

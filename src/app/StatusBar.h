@@ -23,6 +23,9 @@ public:
 
     /// `timeout` in milliseconds; 0 for a text that stays.
     void showMessage(const QString& text, int timeout);
+    /// A text about the recording that stays until Record is pressed again; the hints of actions
+    /// cover it only while the mouse is over them.
+    void showRecordNotice(const QString& text);
     /// 1.0 reads 100.00%.
     void setZoomText(double scale);
     /// Moves the slider without valueChanged, so that a change in the view does not come back.
@@ -51,6 +54,8 @@ private:
     void startBlinking();
     void startRecordTimer();
     void tick();
+    void restoreRecordNotice(const QString& message);
+    void endRecordNotice();
 
     QStatusBar* statusBar = nullptr;
     QToolButton* listButton = nullptr;
@@ -63,4 +68,5 @@ private:
     QTimer* recordTimer = nullptr;
     QElapsedTimer recordTime;
     QWidget* recordSpace = nullptr; ///< Holds the indicator's place while there is none.
+    QString recordNotice;           ///< Empty while there is nothing to tell.
 };

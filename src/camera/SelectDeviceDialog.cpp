@@ -1,6 +1,7 @@
 #include "camera/SelectDeviceDialog.h"
 
 #include "app/Keys.h"
+#include "camera/DeviceNotifications.h"
 #include "ui_SelectDeviceDialog.h"
 
 #include <zolens/CWFactory.h>
@@ -20,10 +21,14 @@ bool isIPv4(const QString& address)
     return QHostAddress(address).protocol() == QAbstractSocket::IPv4Protocol;
 }
 
-void selectFirst(QListWidget* list)
+/// Selects nothing, and tells of no selection, where the first one cannot be selected.
+void makeFirstCurrent(QListWidget* list)
 {
-    if (list->count() > 0)
-        list->setCurrentRow(0);
+    if (list->count() == 0)
+        return;
+    const bool selectable = list->item(0)->flags().testFlag(Qt::ItemIsSelectable);
+    list->setCurrentRow(0, selectable ? QItemSelectionModel::ClearAndSelect
+                                      : QItemSelectionModel::NoUpdate);
 }
 
 } // namespace
@@ -37,6 +42,7 @@ SelectDeviceDialog::SelectDeviceDialog(const QList<QPair<int, int>>& openedDevic
     ui->lineEditRtspUrl->setText(QSettings().value(Keys::rtspUrl()).toString());
     scanTimer.setObjectName(QStringLiteral("scanTimer"));
     ui->tabWidget->setCurrentIndex(0);
+    registerForNotifications();
     refreshUSBDevices();
     connect(&scanTimer, &QTimer::timeout, this, &SelectDeviceDialog::refreshTarnlinkDevices);
 }
@@ -44,6 +50,14 @@ SelectDeviceDialog::SelectDeviceDialog(const QList<QPair<int, int>>& openedDevic
 SelectDeviceDialog::~SelectDeviceDialog()
 {
     CWFactory::stopTarnlinkDeviceScan();
+    notifications.reset();
+}
+
+bool SelectDeviceDialog::nativeEvent(const QByteArray& eventType, void* message, long* result)
+{
+    if (notifications)
+        notifications->hearMessage(message);
+    return QDialog::nativeEvent(eventType, message, result);
 }
 
 void SelectDeviceDialog::refreshUSBDevices()
@@ -55,7 +69,7 @@ void SelectDeviceDialog::refreshUSBDevices()
         QListWidgetItem* item = addItem(ui->listWidget, device);
         item->setData(Qt::UserRole, QStringLiteral("%1#%2").arg(device.type).arg(device.index));
     }
-    selectFirst(ui->listWidget);
+    makeFirstCurrent(ui->listWidget);
 }
 
 void SelectDeviceDialog::refreshTarnlinkDevices()
@@ -69,7 +83,7 @@ void SelectDeviceDialog::refreshTarnlinkDevices()
         item->setData(Qt::UserRole, address);
         item->setText(item->text() + QLatin1Char(' ') + address);
     }
-    selectFirst(ui->listWidgetTarnlink);
+    makeFirstCurrent(ui->listWidgetTarnlink);
 }
 
 bool SelectDeviceDialog::isOpened(int type, int index)
@@ -145,6 +159,16 @@ void SelectDeviceDialog::on_pushButtonRTSPConnect_clicked()
     emit openNetworkDevice(CWDevice_NetworkStream, text);
     QSettings().setValue(Keys::rtspUrl(), text);
     accept();
+}
+
+void SelectDeviceDialog::registerForNotifications()
+{
+    notifications = DeviceNotifications::registerFor(this);
+    if (notifications)
+        connect(notifications.get(), &DeviceNotifications::devicesChanged, this,
+                &SelectDeviceDialog::refreshUSBDevices);
+    else
+        qDebug("Failed to register device notification");
 }
 
 /// An open device is shown greyed and cannot be chosen.

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+class DeviceNotifications;
 class QListWidget;
 class QListWidgetItem;
 struct _tag_VideoDeviceInfo; // NOLINT(bugprone-reserved-identifier): the library's own name
@@ -16,8 +17,8 @@ class SelectDeviceDialog;
 }
 
 /// The modal choice of a video source: a USB camera, a network box or a network stream. Opens
-/// nothing itself: it tells the class and the identity of the chosen device. Looks for network
-/// boxes while their tab shows.
+/// nothing itself: it tells the class and the identity of the chosen device. Lists the cameras anew
+/// when one is plugged in or out, and looks for network boxes while their tab shows.
 class SelectDeviceDialog final : public QDialog
 {
     Q_OBJECT
@@ -30,6 +31,9 @@ public:
 signals:
     void openUsbDevice(int type, int index);
     void openNetworkDevice(int type, QString url);
+
+protected:
+    bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
 
 protected slots:
     void refreshUSBDevices();
@@ -49,6 +53,7 @@ private slots:
     void on_pushButtonRTSPConnect_clicked();
 
 private:
+    void registerForNotifications();
     QListWidgetItem* addItem(QListWidget* list, const _tag_VideoDeviceInfo& device);
     bool openItem(const QListWidgetItem* item);
     bool connectToAddress(const QString& address);
@@ -56,4 +61,5 @@ private:
     std::unique_ptr<Ui::SelectDeviceDialog> ui;
     QList<QPair<int, int>> opened;
     QTimer scanTimer{this};
+    std::unique_ptr<DeviceNotifications> notifications; ///< Null when the system refused them.
 };

@@ -137,12 +137,15 @@ int drawTools(MainWindow* window)
 /// Opens and closes the simulated camera; whether a frame came in between.
 bool showsCamera(MainWindow* window)
 {
-    QMetaObject::invokeMethod(window, "openUsbDevice", Q_ARG(int, 3), Q_ARG(int, 0));
+    QMetaObject::invokeMethod(window, "openUsbDevice", Q_ARG(int, CWDevice_Simulated),
+                              Q_ARG(int, 0));
     auto* camera = window->findChild<MyCamera*>();
     if (!camera)
         return false;
-    QSignalSpy frames(camera, &MyCamera::getImage);
-    const bool came = QTest::qWaitFor([&frames] { return !frames.isEmpty(); });
+    bool shown = false;
+    QObject receiver; // On this thread, other than the signal.
+    QObject::connect(camera, &MyCamera::getImage, &receiver, [&shown] { shown = true; });
+    const bool came = QTest::qWaitFor([&shown] { return shown; });
     QMetaObject::invokeMethod(window, "closeCamera");
     return came;
 }

@@ -13,7 +13,6 @@
 
 namespace {
 
-constexpr int simulated = 3;
 constexpr int largestPreview = 4;
 constexpr double exposureTime = 10000.0; ///< A whole period of the lamp.
 const QSize largestSize(3840, 2160);
@@ -45,7 +44,7 @@ private slots:
         window = std::make_unique<MainWindow>();
         window->show();
         QVERIFY(QTest::qWaitForWindowActive(window.get()));
-        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, simulated),
+        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, CWDevice_Simulated),
                                   Q_ARG(int, 0));
         QVERIFY(camera());
         connect(camera(), &MyCamera::getImage, this,

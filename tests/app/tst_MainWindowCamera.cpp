@@ -2,6 +2,7 @@
 
 #include "app/Application.h"
 #include "app/ModalDialog.h"
+#include "camera/FakeCamera.h"
 #include "camera/SelectDeviceDialog.h"
 #include "camera/panels/PanelCamDevices.h"
 #include "canvas/GraphicsScene.h"
@@ -24,7 +25,6 @@
 
 namespace {
 
-constexpr int simulated = 3;
 constexpr int frameTime = 5000;
 const QString popup = QStringLiteral("preferences/capture/popup");
 const QString filePath = QStringLiteral("preferences/capture/filepath");
@@ -72,9 +72,28 @@ private slots:
         open();
         QVERIFY(action("Snap")->isEnabled());
         QVERIFY(action("Record")->isEnabled());
+        QCOMPARE(QSettings().value(disableStill), QVariant(true));
         QVERIFY(sourceName()->text() != QStringLiteral("Open Video Source..."));
         QVERIFY(button("toolButtonPause")->isVisible());
         QTRY_VERIFY_WITH_TIMEOUT(!showsPlaceholder(), frameTime);
+    }
+
+    void theStoredWishForStillCaptureReachesTheCamera_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<bool>("wished");
+        QTest::newRow("nothing stored") << QVariant() << true;
+        QTest::newRow("wished") << QVariant(true) << true;
+        QTest::newRow("not wished") << QVariant(false) << false;
+    }
+
+    void theStoredWishForStillCaptureReachesTheCamera()
+    {
+        QFETCH(QVariant, stored);
+        if (stored.isValid())
+            QSettings().setValue(QStringLiteral("camera/tryStillCapture"), stored);
+        open();
+        QTEST(camera()->camera->hasStillCapture(), "wished");
     }
 
     // In another size than the placeholder's, which shows by the change of sizes.
@@ -169,15 +188,20 @@ private slots:
 
     void theDialogOpensTheChosenCamera()
     {
-        DialogAnswer<SelectDeviceDialog> answer([](SelectDeviceDialog* dialog) {
+        bool openWhileUp = false;
+        DialogAnswer<SelectDeviceDialog> answer([this, &openWhileUp](SelectDeviceDialog* dialog) {
             auto* list = dialog->findChild<QListWidget*>(QStringLiteral("listWidget"));
             list->setCurrentRow(list->count() - 1);
+            connect(dialog, &SelectDeviceDialog::openUsbDevice, this, [this, &openWhileUp, dialog] {
+                openWhileUp = camera() && dialog->isVisible();
+            });
             QTest::mouseClick(
                 dialog->findChild<QPushButton*>(QStringLiteral("pushButtonOpenCamera")),
                 Qt::LeftButton);
         });
         QTest::mouseClick(sourceName(), Qt::LeftButton);
         QVERIFY(answer.wasAsked());
+        QVERIFY(openWhileUp);
         QVERIFY(camera());
         QVERIFY(action("Snap")->isEnabled());
     }
@@ -324,6 +348,24 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(frames.count > 0, frameTime);
     }
 
+    void aStillPictureThatFailsSaysNothing()
+    {
+        QSettings().setValue(disableStill, false);
+        QSettings().setValue(popup, true);
+        open();
+        auto device = std::make_unique<FakeCamera>();
+        device->still = true;
+        camera()->camera->stop();
+        camera()->camera = std::move(device);
+        QVERIFY(camera()->snap().isNull());
+        DialogAnswer<QDialog> answer([](QDialog* dialog) { dialog->reject(); });
+        action("Snap")->trigger();
+        QTest::qWait(50);
+        QVERIFY(!answer.wasAsked());
+        QVERIFY(saved().isEmpty());
+        QVERIFY(!QGuiApplication::overrideCursor());
+    }
+
     void withoutCameraNothingIsTaken()
     {
         call("snap");
@@ -385,6 +427,7 @@ private slots:
         action("Record")->trigger();
         QVERIFY(!action("Record")->isChecked());
         QVERIFY(action("Snap")->isEnabled());
+        QCOMPARE(window->QMainWindow::statusBar()->currentMessage(), QString());
     }
 
     void closingWhileRecordingLeavesAVideoAndRecordCheckedAndDisabled()
@@ -410,7 +453,7 @@ private slots:
 private:
     void open()
     {
-        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, simulated),
+        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, CWDevice_Simulated),
                                   Q_ARG(int, 0));
         QVERIFY(camera());
     }

@@ -69,6 +69,7 @@ private slots:
         QFETCH(QString, text);
         status->setZoomText(scale);
         QCOMPARE(status->zoomTextButton()->text(), text);
+        QCOMPARE(status->zoomTextButton()->accessibleDescription(), text);
     }
 
     void theSliderCoversAllLevels()
@@ -198,6 +199,32 @@ private slots:
     {
         status->showMessage(QStringLiteral("Ready"), 0);
         QCOMPARE(bar->currentMessage(), QStringLiteral("Ready"));
+    }
+
+    void aRecordNoticeStaysUntilRecordIsPressedAndComesBackAfterHints()
+    {
+        const QString notice = QStringLiteral("Recording ended: The disk is full.");
+        status->showRecordIndicator(true);
+        status->showRecordNotice(notice);
+        QCOMPARE(bar->currentMessage(), notice);
+        bar->showMessage(QStringLiteral("Take a picture"));
+        QCOMPARE(bar->currentMessage(), QStringLiteral("Take a picture"));
+        bar->clearMessage();
+        QCOMPARE(bar->currentMessage(), notice);
+        status->showRecordIndicator(false);
+        QCOMPARE(bar->currentMessage(), QString());
+        bar->showMessage(QStringLiteral("Take a picture"));
+        bar->clearMessage();
+        QCOMPARE(bar->currentMessage(), QString());
+    }
+
+    void endingARecordNoticeLeavesTheHintThatCoversIt()
+    {
+        status->showRecordIndicator(true);
+        status->showRecordNotice(QStringLiteral("Recording ended: The disk is full."));
+        bar->showMessage(QStringLiteral("Start/Stop video recording"));
+        status->showRecordIndicator(false);
+        QCOMPARE(bar->currentMessage(), QStringLiteral("Start/Stop video recording"));
     }
 
     void controlsWithoutTextHaveAccessibleNames()

@@ -12,7 +12,6 @@
 
 namespace {
 
-constexpr int simulated = 3;
 constexpr int smallestPreview = 0;
 const QSize smallestSize(640, 480);
 constexpr int placeholderTime = 1300;
@@ -21,15 +20,13 @@ constexpr int placeholderTime = 1300;
 struct Use
 {
     explicit Use(const QObject& window)
-        : threads(processuse::threads()),
-          descriptors(processuse::descriptors()),
+        : holdings(processuse::settledHoldings()),
           objects(window.findChildren<QObject*>().size()),
           memory(processuse::residentBytes())
     {
     }
 
-    int threads;
-    int descriptors;
+    processuse::Holdings holdings;
     int objects;
     qint64 memory;
 };
@@ -56,9 +53,8 @@ private slots:
         QVERIFY(openAndClose(window, 20));
         const Use before(window);
         QVERIFY(openAndClose(window, 200));
+        QCOMPARE(processuse::growthSince(before.holdings), QString());
         const Use after(window);
-        QCOMPARE(after.threads, before.threads);
-        QCOMPARE(after.descriptors, before.descriptors);
         QCOMPARE(after.objects, before.objects);
         // One leaked frame an opening would be 250 MB.
         QVERIFY2(after.memory - before.memory < 12'000'000,
@@ -71,7 +67,7 @@ private:
     {
         const auto* scene = window.findChild<GraphicsView*>()->imageScene();
         for (int i = 0; i < times; ++i) {
-            QMetaObject::invokeMethod(&window, "openUsbDevice", Q_ARG(int, simulated),
+            QMetaObject::invokeMethod(&window, "openUsbDevice", Q_ARG(int, CWDevice_Simulated),
                                       Q_ARG(int, 0));
             const auto* camera = window.findChild<MyCamera*>();
             if (!camera || camera->camera->setPreviewSize(smallestPreview) != 0)

@@ -33,12 +33,24 @@ public:
     bool automatic = false;
     std::vector<int> balanceModes;
     int balanceMode = CWWhiteBalance_Manual;
+    /// Whether a colour temperature that is written ends the automatic mode, as some devices do it.
+    bool temperatureEndsAutomatic = false;
     std::vector<int> colorModes;
     std::vector<int> frequencies;
     int frequency = 0;
     /// "format 1", "size 0", "still 1", "auto on", "balance 2", "12 = 500", "frequency 2" and
     /// "reset 13", in the order of the calls.
     QStringList written;
+
+    /// The first words of what was written, each where it came first.
+    QStringList writtenOnceEach() const
+    {
+        QStringList words;
+        for (const QString& call : written)
+            words << call.section(QLatin1Char(' '), 0, 0);
+        words.removeDuplicates();
+        return words;
+    }
 
     void previewSizes(std::vector<QSize>* sizes) override { *sizes = previews; }
     void previewSize(QSize* size) override { *size = preview; }
@@ -91,6 +103,8 @@ public:
         if (!isPropertySupported(id))
             return -1;
         properties[id].value = value;
+        if (id == CMProperty_ColorTemperature && temperatureEndsAutomatic)
+            balanceMode = CWWhiteBalance_Manual;
         return 0;
     }
     void powerFrequencies(std::vector<int>* values) override { *values = frequencies; }

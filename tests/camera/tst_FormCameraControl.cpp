@@ -10,19 +10,15 @@
 #include <zowidgets/ZoLinkLabel.h>
 
 #include <QAccessible>
+#include <QAction>
 #include <QComboBox>
 #include <QGroupBox>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QSlider>
+#include <QSpinBox>
 #include <QToolButton>
 #include <QtTest>
-
-namespace {
-
-constexpr int simulated = 3;
-
-} // namespace
 
 class tst_FormCameraControl : public QObject
 {
@@ -59,7 +55,7 @@ private slots:
     void anOpenCameraIsNamedWithItsButtons()
     {
         MyCamera camera;
-        QVERIFY(camera.open(simulated, 0, true));
+        QVERIFY(camera.open(CWDevice_Simulated, 0, true));
         page->onCameraOpened(&camera);
         const QString device = QString::fromStdString(camera.deviceInfo().name);
         QVERIFY(!device.isEmpty());
@@ -77,7 +73,7 @@ private slots:
     void aNewCameraIsNotPaused()
     {
         MyCamera camera;
-        QVERIFY(camera.open(simulated, 0, true));
+        QVERIFY(camera.open(CWDevice_Simulated, 0, true));
         page->onCameraOpened(&camera);
         QTest::mouseClick(pause(), Qt::LeftButton);
         QVERIFY(pause()->isChecked());
@@ -117,7 +113,7 @@ private slots:
     {
         QVERIFY(!toolBox()->isEnabled());
         MyCamera camera;
-        QVERIFY(camera.open(simulated, 0, true));
+        QVERIFY(camera.open(CWDevice_Simulated, 0, true));
         page->onCameraOpened(&camera);
         QVERIFY(toolBox()->isEnabled());
         page->onCameraClosed();
@@ -138,6 +134,51 @@ private slots:
         QCOMPARE(fake.device->reads, reads);
     }
 
+    void thePanelsAreFilledFromTheTopDown()
+    {
+        OpenFake fake;
+        for (const auto id : {CMProperty_Gain, CMProperty_ColorTemperature, CMProperty_Brightness})
+            fake.device->properties[id] = {10.0, 100.0, 40.0, 0.0};
+        fake.device->frequencies = {0, 1};
+        fake.device->frequency = 1;
+        page->onCameraOpened(&fake.camera);
+        const QStringList order{QStringLiteral("format"),   QStringLiteral("size"),
+                                QStringLiteral("6"),        QStringLiteral("auto"),
+                                QStringLiteral("16"),       QStringLiteral("0"),
+                                QStringLiteral("frequency")};
+        QCOMPARE(fake.device->writtenOnceEach(), order);
+    }
+
+    void returnInASpinBoxOnlyCommitsItsNumber_data()
+    {
+        QTest::addColumn<Qt::Key>("key");
+        QTest::newRow("Return") << Qt::Key_Return;
+        QTest::newRow("Enter") << Qt::Key_Enter;
+    }
+
+    void returnInASpinBoxOnlyCommitsItsNumber()
+    {
+        QFETCH(Qt::Key, key);
+        QAction picture;
+        picture.setShortcut(key);
+        page->addAction(&picture);
+        QSignalSpy taken(&picture, &QAction::triggered);
+        OpenFake fake;
+        fake.device->properties[CMProperty_Brightness] = {-100.0, 100.0, 40.0, 0.0};
+        toolBox()->expandAll();
+        page->onCameraOpened(&fake.camera);
+        QVERIFY(QTest::qWaitForWindowActive(page.get()));
+        auto* number = page->findChild<QSpinBox*>(QStringLiteral("spinBoxBrightness"));
+        number->setFocus();
+        number->selectAll();
+        QTest::keyClicks(number, QStringLiteral("7"));
+        QTest::keyClick(number, key);
+        QCOMPARE(number->value(), 7);
+        QCOMPARE(taken.count(), 0);
+        QTest::keyClick(page->findChild<QSlider*>(QStringLiteral("sliderBrightness")), key);
+        QCOMPARE(taken.count(), 1);
+    }
+
     void aDeviceWithoutAnyPropertyHidesEveryPropertyGroup()
     {
         OpenFake fake;
@@ -152,7 +193,7 @@ private slots:
     void rowsShrinkWithTheGroupsThatADeviceLacks()
     {
         MyCamera microscope;
-        QVERIFY(microscope.open(simulated, 0, true));
+        QVERIFY(microscope.open(CWDevice_Simulated, 0, true));
         toolBox()->expandAll();
         page->onCameraOpened(&microscope);
         const auto* panel = page->findChild<PanelCamColorAdjustment*>();
@@ -167,7 +208,7 @@ private slots:
     void everyControlFitsIntoANarrowPage()
     {
         MyCamera camera;
-        QVERIFY(camera.open(simulated, 0, true));
+        QVERIFY(camera.open(CWDevice_Simulated, 0, true));
         page->resize(205, 400);
         toolBox()->expandAll();
         page->onCameraOpened(&camera);
@@ -180,6 +221,12 @@ private slots:
             QVERIFY2(control->width() >= control->minimumSizeHint().width(),
                      qPrintable(control->objectName()));
         }
+    }
+
+    void everyButtonWithoutTextHasAToolTip()
+    {
+        for (const QToolButton* button : page->findChildren<QToolButton*>())
+            QVERIFY2(!button->toolTip().isEmpty(), qPrintable(button->objectName()));
     }
 
     void everyControlHasAnAccessibleName()
@@ -204,7 +251,7 @@ private slots:
     void theButtonsAskToPauseAndToClose()
     {
         MyCamera camera;
-        QVERIFY(camera.open(simulated, 0, true));
+        QVERIFY(camera.open(CWDevice_Simulated, 0, true));
         page->onCameraOpened(&camera);
         QSignalSpy paused(page.get(), &FormCameraControl::pauseCamera);
         QSignalSpy closed(page.get(), &FormCameraControl::closeCamera);
@@ -220,7 +267,7 @@ private slots:
     void aNarrowPageElidesTheNameAndAWideOneShowsItWhole()
     {
         MyCamera camera;
-        QVERIFY(camera.open(simulated, 0, true));
+        QVERIFY(camera.open(CWDevice_Simulated, 0, true));
         page->onCameraOpened(&camera);
         const QString device = QString::fromStdString(camera.deviceInfo().name);
         page->resize(900, 400);

@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr int simulated = 3;
-
 struct Row
 {
     int id;
@@ -143,6 +141,31 @@ private slots:
         QVERIFY(fake->device->written.contains(QStringLiteral("2 = 30")));
     }
 
+    void openingFillsFromTheTopDown()
+    {
+        offerColourModes();
+        QStringList ids{QStringLiteral("18")};
+        for (const Row& row : rows) {
+            fake->device->properties[row.id] = {10.0, 100.0, 20.0, 30.0};
+            ids << QString::number(row.id);
+        }
+        open();
+        QCOMPARE(fake->device->writtenOnceEach(), ids);
+    }
+
+    void defaultLeavesWhatADeviceHasNoLongerAlone()
+    {
+        offerColourModes();
+        fake->device->properties[CMProperty_Hue] = {-40.0, 60.0, 25.0, 10.0};
+        open();
+        colourMode()->setCurrentIndex(2);
+        fake->device->properties.clear();
+        standard()->click();
+        QCOMPARE(colourMode()->currentIndex(), 2);
+        QCOMPARE(slider(QStringLiteral("Hue"))->value(), 25);
+        QCOMPARE(spinBox(QStringLiteral("Hue"))->value(), 25);
+    }
+
     void withoutCameraNothingHappens()
     {
         panel->updateControls();
@@ -155,7 +178,7 @@ private slots:
     void theSimulatedMicroscopeHasEveryRow()
     {
         MyCamera microscope;
-        QVERIFY(microscope.open(simulated, 0, true));
+        QVERIFY(microscope.open(CWDevice_Simulated, 0, true));
         panel->setCamera(&microscope);
         panel->updateControls();
         for (const QGroupBox* each : panel->findChildren<QGroupBox*>())

@@ -2,6 +2,7 @@
 
 #include "FakeCamera.h"
 #include "app/Application.h"
+#include "support/CameraValues.h"
 
 #include <QComboBox>
 #include <QSettings>
@@ -10,7 +11,6 @@
 
 namespace {
 
-constexpr int simulated = 3;
 const QString disableStill = QStringLiteral("cwwidgets/disablestill");
 
 QStringList textsOf(const QComboBox* combo)
@@ -165,14 +165,24 @@ private slots:
     void theSimulatedMicroscopeChangesItsSize()
     {
         MyCamera microscope;
-        QVERIFY(microscope.open(simulated, 0, true));
+        QVERIFY(microscope.open(CWDevice_Simulated, 0, true));
         panel->setCamera(&microscope);
         panel->updateControls();
         QVERIFY(video()->findText(QStringLiteral("640 x 480")) >= 0);
         video()->setCurrentText(QStringLiteral("640 x 480"));
-        QSize size;
-        microscope.camera->previewSize(&size);
-        QCOMPARE(size, QSize(640, 480));
+        QCOMPARE(cameravalues::previewSizeOf(*microscope.camera), QSize(640, 480));
+    }
+
+    void theListsEndAtOneEdge()
+    {
+        panel->show();
+        open();
+        QVERIFY(QTest::qWaitForWindowExposed(panel.get()));
+        QTRY_COMPARE(picture()->geometry().right(), video()->geometry().right());
+        QCOMPARE(format()->geometry().right(), video()->geometry().right());
+        openWithStill();
+        QTRY_COMPARE(disable()->geometry().right(), video()->geometry().right());
+        QVERIFY(picture()->geometry().right() < disable()->geometry().left());
     }
 
     void theLockSaysWhatItDoes()

@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int simulated = 3;
 constexpr int pollInterval = 1000;
 
 } // namespace
@@ -64,6 +63,15 @@ private slots:
         QCOMPARE(label("labelTime")->text(),
                  fake->camera.getFormatedProperty(CMProperty_ExposureTime, false));
         QCOMPARE(label("labelGain")->text(), QStringLiteral("x 2.0"));
+    }
+
+    void openingFillsTimeTargetAndGainAndThenTurnsAutomaticOn()
+    {
+        open();
+        QCOMPARE(fake->device->writtenOnceEach(),
+                 QStringList({QStringLiteral("12"), QStringLiteral("11"), QStringLiteral("6"),
+                              QStringLiteral("auto")}));
+        QCOMPARE(fake->device->written.last(), QStringLiteral("auto on"));
     }
 
     void everyCameraStartsInAutomaticExposure()
@@ -177,6 +185,27 @@ private slots:
         QVERIFY(fake->device->written.isEmpty());
     }
 
+    void changingTextsMoveNoSlider()
+    {
+        panel->setFont(QFont(panel->font().family(), 14));
+        open();
+        automatic()->click();
+        const auto places = [this] {
+            QTest::qWait(20);
+            QList<QRect> rects;
+            for (const char* name : {"sliderTarget", "sliderTime", "sliderGain"})
+                rects << slider(name)->geometry();
+            return rects;
+        };
+        slider("sliderTime")->setValue(100);
+        slider("sliderGain")->setValue(100);
+        const QList<QRect> before = places();
+        slider("sliderTime")->setValue(44440);
+        slider("sliderGain")->setValue(1600);
+        QCOMPARE(label("labelTime")->text(), QStringLiteral("44.4 ms"));
+        QCOMPARE(places(), before);
+    }
+
     void rangesBeyondIntegersAreHeldAtTheirEnds()
     {
         fake->device->properties[CMProperty_ExposureTime] = {-1e300, 1e300, qQNaN(), 0.0};
@@ -189,7 +218,7 @@ private slots:
     void theSimulatedMicroscopeSettlesOnTheTarget()
     {
         MyCamera microscope;
-        QVERIFY(microscope.open(simulated, 0, true));
+        QVERIFY(microscope.open(CWDevice_Simulated, 0, true));
         panel->setCamera(&microscope);
         panel->updateControls();
         automatic()->click();

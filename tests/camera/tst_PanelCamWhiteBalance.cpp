@@ -128,6 +128,22 @@ private slots:
         QCOMPARE(spinBox("spinBoxBGain")->maximum(), 400);
     }
 
+    void onlyTheGainsThatTheDeviceHasShow()
+    {
+        supportGains();
+        fake->device->properties.erase(CMProperty_GreenGain);
+        open();
+        QVERIFY(slider("sliderRGain")->isVisible());
+        QVERIFY(!slider("sliderGGain")->isVisible());
+        QVERIFY(!spinBox("spinBoxGGain")->isVisible());
+        QVERIFY(!panel->findChild<QLabel*>(QStringLiteral("labelGGainTitle"))->isVisible());
+        QVERIFY(spinBox("spinBoxBGain")->isVisible());
+        supportGains();
+        panel->updateControls();
+        QVERIFY(slider("sliderGGain")->isVisible());
+        QVERIFY(spinBox("spinBoxGGain")->isVisible());
+    }
+
     void withoutBothTheFramesStayAsTheyWere()
     {
         open();
@@ -148,6 +164,7 @@ private slots:
         open();
         QVERIFY(automatic()->isChecked());
         QVERIFY(!frame("frameTemperature")->isEnabled());
+        QVERIFY(!frame("frameGain")->isEnabled());
         QVERIFY(timer()->isActive());
         QCOMPARE(timer()->interval(), pollInterval);
         fake->device->written.clear();
@@ -155,6 +172,34 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(slider("sliderTemperature")->value(), 6100, 3 * pollInterval);
         QCOMPARE(label()->text(), QStringLiteral("6100 K"));
         QVERIFY(fake->device->written.isEmpty());
+    }
+
+    void theModeIsTheOneBeforeTheControlsAreFilled()
+    {
+        supportTemperature();
+        fake->device->temperatureEndsAutomatic = true;
+        fake->device->balanceMode = CWWhiteBalance_Auto;
+        open();
+        QVERIFY(fake->device->written.contains(QStringLiteral("16 = 5000")));
+        QVERIFY(automatic()->isChecked());
+        QVERIFY(timer()->isActive());
+        QCOMPARE(fake->device->balanceMode, int(CWWhiteBalance_Auto));
+    }
+
+    void anAutomaticCameraAfterAnotherOneStaysAutomatic()
+    {
+        fake->device->balanceMode = CWWhiteBalance_Auto;
+        open();
+        OpenFake next;
+        next.device->balanceModes = withoutOnePush;
+        next.device->balanceMode = CWWhiteBalance_Auto;
+        next.device->temperatureEndsAutomatic = true;
+        next.device->properties[CMProperty_ColorTemperature] = {2000.0, 10000.0, 5000.0, 5500.0};
+        panel->setCamera(&next.camera);
+        panel->updateControls();
+        QVERIFY(automatic()->isChecked());
+        QVERIFY(timer()->isActive());
+        QCOMPARE(next.device->balanceMode, int(CWWhiteBalance_Auto));
     }
 
     void aCameraInManualModeIsPolledWithoutPauseOnceAutomatic()
@@ -214,6 +259,25 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(slider("sliderTemperature")->value(), 4200, 2 * pollInterval);
     }
 
+    void onePushEndsAnAutomaticModeWithoutCheckBox()
+    {
+        supportTemperature();
+        fake->device->balanceModes = allModes;
+        fake->device->balanceMode = CWWhiteBalance_Auto;
+        open();
+        QVERIFY(!frame("frameTemperature")->isEnabled());
+        QVERIFY(timer()->isActive());
+        fake->device->written.clear();
+        onePush()->click();
+        QCOMPARE(fake->device->written, QStringList(QStringLiteral("balance 2")));
+        QVERIFY(!automatic()->isChecked());
+        QVERIFY(!timer()->isActive());
+        QVERIFY(frame("frameTemperature")->isEnabled());
+        QVERIFY(frame("frameGain")->isEnabled());
+        fake->device->properties[CMProperty_ColorTemperature].value = 4200.0;
+        QTRY_COMPARE_WITH_TIMEOUT(slider("sliderTemperature")->value(), 4200, 2 * pollInterval);
+    }
+
     void closingBeforeTheResultIsHarmless()
     {
         fake->device->balanceModes = allModes;
@@ -258,6 +322,30 @@ private slots:
         QCOMPARE(slider("sliderRGain")->value(), 100);
         QVERIFY(automatic()->isChecked());
         QCOMPARE(fake->device->balanceMode, int(CWWhiteBalance_Auto));
+    }
+
+    void defaultKeepsAnAutomaticDeviceAutomatic()
+    {
+        supportTemperature();
+        fake->device->temperatureEndsAutomatic = true;
+        fake->device->balanceMode = CWWhiteBalance_Auto;
+        open();
+        standard()->click();
+        QVERIFY(automatic()->isChecked());
+        QVERIFY(timer()->isActive());
+        QCOMPARE(fake->device->balanceMode, int(CWWhiteBalance_Auto));
+    }
+
+    void defaultLeavesWhatADeviceHasNoLongerAlone()
+    {
+        supportTemperature();
+        supportGains();
+        open();
+        slider("sliderRGain")->setValue(210);
+        fake->device->properties.clear();
+        standard()->click();
+        QCOMPARE(slider("sliderTemperature")->value(), 5000);
+        QCOMPARE(slider("sliderRGain")->value(), 210);
     }
 
     void defaultLeavesAHiddenAutomaticOff()

@@ -1,8 +1,15 @@
+#include "FakeBox.h"
+#include "UdevTestbed.h"
+
 #include "camera/SelectDeviceDialog.h"
+#include "support/ProcessUse.h"
 
 #include <zolens/CWFactory.h>
+#include <zolens/CWUVCFilter.h>
+#include <zolens/MyCamera.h>
 
 #include <QCoreApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -10,7 +17,54 @@
 #include <QTabWidget>
 #include <QtTest>
 
+#include <sys/resource.h>
+
 namespace {
+
+/// Node numbers that no camera of the machine has.
+constexpr int present = 70;
+constexpr int pluggedIn = 71;
+constexpr int unplugged = 72;
+constexpr int pluggedInNext = 73;
+
+constexpr int settlingTime = 1000;
+/// A timer may be early by some parts of a hundred.
+constexpr int settlingTimeAtLeast = 900;
+constexpr int longEnough = 10000;
+
+/// Lets the process open no further file while it lives.
+class NoFreeDescriptor final
+{
+public:
+    NoFreeDescriptor()
+    {
+        getrlimit(RLIMIT_NOFILE, &usual);
+        const rlimit none = {0, usual.rlim_max};
+        setrlimit(RLIMIT_NOFILE, &none);
+    }
+    ~NoFreeDescriptor() { setrlimit(RLIMIT_NOFILE, &usual); }
+    Q_DISABLE_COPY_MOVE(NoFreeDescriptor)
+
+private:
+    rlimit usual = {};
+};
+
+/// The rows that decide which cameras there are while it lives.
+class FilterInForce final
+{
+public:
+    explicit FilterInForce(const std::vector<CWUVCFilterItem>& rows)
+    {
+        for (const CWUVCFilterItem& row : rows)
+            filter.addItem(row);
+        CWFactory::setUVCFilter(&filter);
+    }
+    ~FilterInForce() { CWFactory::setUVCFilter(nullptr); }
+    Q_DISABLE_COPY_MOVE(FilterInForce)
+
+private:
+    CWUVCFilter filter;
+};
 
 const QString urlKey = QStringLiteral("cww/rtspurl");
 
@@ -25,6 +79,7 @@ private slots:
     {
         QCoreApplication::setApplicationName(QStringLiteral("Orvo"));
         QCoreApplication::setOrganizationName(QStringLiteral("Orvo"));
+        testbed.addCamera(present, "Present camera");
     }
 
     void init()
@@ -43,6 +98,20 @@ private slots:
         QCOMPARE(tabs()->tabText(1), QStringLiteral("Wi-Fi"));
         QCOMPARE(tabs()->tabText(2), QStringLiteral("RTSP Stream"));
         QCOMPARE(tabs()->currentIndex(), 0);
+        QCOMPARE(dialog->size(), QSize(402, 241));
+    }
+
+    void everyTabSaysWhatItIsFor()
+    {
+        QCOMPARE(labelOf(0),
+                 QStringLiteral("Select a video device from the list below, and click \"Open\"."));
+        QCOMPARE(button("pushButtonRefresh")->text(), QStringLiteral("Refresh"));
+        QCOMPARE(button("pushButtonOpenCamera")->text(), QStringLiteral("Open"));
+        QCOMPARE(labelOf(1), QStringLiteral("Device list"));
+        QCOMPARE(edit("lineEditTarnlinkAddress")->placeholderText(), QStringLiteral("IP Address"));
+        QCOMPARE(button("pushButtonTarnlinkConnect")->text(), QStringLiteral("Connect"));
+        QCOMPARE(labelOf(2), QStringLiteral("Please enter a network URL:"));
+        QCOMPARE(button("pushButtonRTSPConnect")->text(), QStringLiteral("Connect"));
     }
 
     void camerasAreListedWithTypeAndIndex()
@@ -64,7 +133,7 @@ private slots:
         QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openUsbDevice);
         QTest::mouseClick(button("pushButtonOpenCamera"), Qt::LeftButton);
         QCOMPARE(opened.count(), 1);
-        QCOMPARE(opened[0], QVariantList({simulatedType(), 0}));
+        QCOMPARE(opened[0], QVariantList({int{CWDevice_Simulated}, 0}));
         QCOMPARE(dialog->result(), int(QDialog::Accepted));
         QVERIFY(!dialog->isVisible());
     }
@@ -76,7 +145,7 @@ private slots:
         QTest::mouseClick(usbList()->viewport(), Qt::LeftButton, {}, row.center());
         QTest::mouseDClick(usbList()->viewport(), Qt::LeftButton, {}, row.center());
         QCOMPARE(opened.count(), 1);
-        QCOMPARE(opened[0], QVariantList({simulatedType(), 0}));
+        QCOMPARE(opened[0], QVariantList({int{CWDevice_Simulated}, 0}));
         QVERIFY(!dialog->isVisible());
     }
 
@@ -92,10 +161,21 @@ private slots:
         QVERIFY(usbList()->selectedItems().isEmpty());
     }
 
-    void openWithoutSelectionClosesWithoutOpening()
+    void noButtonIsDisabledByAnOnlyCameraThatIsGrey()
     {
-        usbList()->clear();
-        button("pushButtonOpenCamera")->setEnabled(true);
+        const FilterInForce filter({{0, 0, {}, CWDevice_Simulated}});
+        makeDialog({{CWDevice_Simulated, 0}});
+        QCOMPARE(usbList()->count(), 1);
+        QVERIFY(!usbList()->item(0)->flags().testFlag(Qt::ItemIsEnabled));
+        QVERIFY(areEnabled(dialog->findChildren<QPushButton*>()));
+    }
+
+    void withoutCamerasOpenClosesWithoutOpening()
+    {
+        const FilterInForce filter({});
+        makeDialog({});
+        QCOMPARE(usbList()->count(), 0);
+        QVERIFY(areEnabled(dialog->findChildren<QPushButton*>()));
         QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openUsbDevice);
         QTest::mouseClick(button("pushButtonOpenCamera"), Qt::LeftButton);
         QCOMPARE(opened.count(), 0);
@@ -117,8 +197,81 @@ private slots:
         usbList()->clear();
         QTest::ignoreMessage(QtDebugMsg,
                              qPrintable(QStringLiteral("%1 devices found.").arg(count)));
+        QTest::ignoreMessage(QtDebugMsg, "0 : Present camera");
         QTest::mouseClick(button("pushButtonRefresh"), Qt::LeftButton);
         QCOMPARE(usbList()->count(), count);
+    }
+
+    void aCameraThatIsPluggedInIsListedAfterASecond()
+    {
+        QElapsedTimer time;
+        time.start();
+        plugIn(pluggedIn, "New camera");
+        QTRY_VERIFY_WITH_TIMEOUT(isListed("New camera"), longEnough);
+        QVERIFY2(time.elapsed() >= settlingTimeAtLeast,
+                 qPrintable(QString::number(time.elapsed())));
+    }
+
+    void aCameraThatIsUnpluggedLeavesTheListAtOnce()
+    {
+        testbed.addCamera(unplugged, "Old camera");
+        makeDialog({});
+        QVERIFY(isListed("Old camera"));
+        testbed.removeCamera(unplugged);
+        testbed.tell(UdevTestbed::videoNode(unplugged), "remove");
+        QTRY_VERIFY_WITH_TIMEOUT(!isListed("Old camera"), settlingTimeAtLeast);
+        QVERIFY(isListed("Present camera"));
+    }
+
+    void aChangeMakesTheFirstRowCurrentAgain()
+    {
+        QVERIFY(usbList()->count() > 1);
+        usbList()->setCurrentRow(1);
+        testbed.tell(UdevTestbed::videoNode(present), "remove");
+        QTRY_COMPARE_WITH_TIMEOUT(usbList()->currentRow(), 0, settlingTimeAtLeast);
+        QVERIFY(usbList()->item(0)->isSelected());
+        QVERIFY(button("pushButtonOpenCamera")->isEnabled());
+    }
+
+    void anOpenCameraStaysGreyWhenAnotherIsPluggedIn()
+    {
+        makeDialog({{CWDevice_Uvc, present}});
+        plugIn(pluggedInNext, "Another camera");
+        QTRY_VERIFY_WITH_TIMEOUT(isListed("Another camera"), longEnough);
+        QVERIFY(!listed("Present camera")->flags().testFlag(Qt::ItemIsEnabled));
+        QVERIFY(listed("Another camera")->flags().testFlag(Qt::ItemIsEnabled));
+    }
+
+    void theDialogMayCloseWhileACameraSettles()
+    {
+        testbed.tell(UdevTestbed::videoNode(present), "add");
+        QTest::qWait(100);
+        dialog.reset();
+        QTest::qWait(settlingTime + 200);
+        makeDialog({});
+        QVERIFY(isListed("Present camera"));
+    }
+
+    void dialogsLeaveNothingOpen()
+    {
+        const auto before = processuse::settledHoldings();
+        for (int i = 0; i < 100; ++i)
+            makeDialog({});
+        QCOMPARE(processuse::growthSince(before), QString());
+    }
+
+    void withoutNotificationsTheDialogWorksOn()
+    {
+        dialog.reset();
+        QTest::ignoreMessage(QtDebugMsg, "Failed to register device notification");
+        {
+            const NoFreeDescriptor limit;
+            dialog = std::make_unique<SelectDeviceDialog>(QList<QPair<int, int>>(), nullptr);
+        }
+        QCOMPARE(usbList()->count(), 1);
+        dialog->show();
+        QTest::mouseClick(button("pushButtonRefresh"), Qt::LeftButton);
+        QVERIFY(isListed("Present camera"));
     }
 
     void onlyACompleteAddressCanBeConnected_data()
@@ -191,8 +344,16 @@ private slots:
         QCOMPARE(dialog->isVisible(), !possible);
     }
 
+    void boxesAreLookedForOnlyWhileTheirTabShows_data()
+    {
+        QTest::addColumn<int>("otherTab");
+        QTest::newRow("USB") << 0;
+        QTest::newRow("RTSP stream") << 2;
+    }
+
     void boxesAreLookedForOnlyWhileTheirTabShows()
     {
+        QFETCH(int, otherTab);
         const auto* timer = scanTimer();
         QVERIFY(!timer->isActive());
         tabs()->setCurrentIndex(1);
@@ -200,8 +361,94 @@ private slots:
         QCOMPARE(timer->interval(), 1000);
         QTest::ignoreMessage(QtDebugMsg, "0 tarnlink devices found.");
         QTest::qWait(1200);
-        tabs()->setCurrentIndex(0);
+        QCOMPARE(processuse::threadsNamed("zolens-scan"), 1);
+        tabs()->setCurrentIndex(otherTab);
         QVERIFY(!timer->isActive());
+        QCOMPARE(processuse::threadsNamed("zolens-scan"), 0);
+    }
+
+    void aSelectedBoxIsLostWhenTheListIsMadeAnew()
+    {
+        FakeBox first;
+        FakeBox::Options other;
+        other.address = QStringLiteral("10.0.0.3");
+        FakeBox second(other);
+        QVERIFY(first.start());
+        QVERIFY(second.start());
+        tabs()->setCurrentIndex(1);
+        QTRY_COMPARE_WITH_TIMEOUT(boxList()->count(), 2, 20000);
+        scanTimer()->stop();
+        boxList()->setCurrentRow(1);
+        QCOMPARE(edit("lineEditTarnlinkAddress")->text(), second.address());
+        scanTimer()->start();
+        QTRY_COMPARE_WITH_TIMEOUT(boxList()->currentRow(), 0, longEnough);
+        QVERIFY(boxList()->item(0)->isSelected());
+        QCOMPARE(edit("lineEditTarnlinkAddress")->text(), first.address());
+    }
+
+    void aBoxOpensByItsAddressAsItWasTyped()
+    {
+        FakeBox box;
+        QVERIFY(box.start());
+        for (const char* typed : {" 10.0.0.2\n", "10.2", "10.000.000.002"}) {
+            makeDialog({});
+            edit("lineEditTarnlinkAddress")->setText(QString::fromLatin1(typed));
+            tabs()->setCurrentIndex(1);
+            QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openNetworkDevice);
+            QTest::mouseClick(button("pushButtonTarnlinkConnect"), Qt::LeftButton);
+            QCOMPARE(opened.count(), 1);
+            MyCamera camera;
+            QVERIFY2(camera.open(CWDevice_NetworkBox, opened[0][1].toString()), typed);
+        }
+    }
+
+    void aBoxOfTheNetworkIsListedAndChosen_data()
+    {
+        QTest::addColumn<bool>("byDoubleClick");
+        QTest::newRow("double click") << true;
+        QTest::newRow("connect") << false;
+    }
+
+    void aBoxOfTheNetworkIsListedAndChosen()
+    {
+        QFETCH(bool, byDoubleClick);
+        FakeBox box;
+        QVERIFY(box.start());
+        tabs()->setCurrentIndex(1);
+        QTRY_COMPARE_WITH_TIMEOUT(boxList()->count(), 1, 20000);
+        QListWidgetItem* item = boxList()->item(0);
+        QCOMPARE(item->text(), QStringLiteral("Aravis Fake 10.0.0.2"));
+        QVERIFY(item->flags().testFlag(Qt::ItemIsEnabled));
+        QCOMPARE(edit("lineEditTarnlinkAddress")->text(), box.address());
+        // Or else the list is made anew between the clicks.
+        scanTimer()->stop();
+        QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openNetworkDevice);
+        const QPoint place = boxList()->visualItemRect(item).center();
+        QTest::mouseClick(boxList()->viewport(), Qt::LeftButton, {}, place);
+        if (byDoubleClick)
+            QTest::mouseDClick(boxList()->viewport(), Qt::LeftButton, {}, place);
+        else
+            QTest::mouseClick(button("pushButtonTarnlinkConnect"), Qt::LeftButton);
+        QCOMPARE(opened.count(), 1);
+        QCOMPARE(opened[0], QVariantList({7, box.address()}));
+        QVERIFY(!dialog->isVisible());
+    }
+
+    void leavingTheTabOrTheDialogEndsTheScan()
+    {
+        FakeBox box;
+        QVERIFY(box.start());
+        for (const bool byClosing : {false, true}) {
+            tabs()->setCurrentIndex(1);
+            QTRY_COMPARE_WITH_TIMEOUT(CWFactory::tarnlinkDeviceList().size(), std::size_t(1),
+                                      20000);
+            if (byClosing)
+                dialog.reset();
+            else
+                tabs()->setCurrentIndex(0);
+            QVERIFY(CWFactory::tarnlinkDeviceList().empty());
+            QTRY_COMPARE(processuse::threadsNamed("zolens-scan"), 0);
+        }
     }
 
     void anAcceptedUrlIsRememberedForTheNextTime()
@@ -217,6 +464,18 @@ private slots:
         QCOMPARE(QSettings().value(urlKey).toString(), url);
         makeDialog({});
         QCOMPARE(edit("lineEditRtspUrl")->text(), url);
+    }
+
+    void theUrlIsStoredBetweenTheSignalAndTheEnd()
+    {
+        tabs()->setCurrentIndex(2);
+        QTest::keyClicks(edit("lineEditRtspUrl"), QStringLiteral("rtsp://127.0.0.1/live"));
+        QList<bool> stored;
+        const auto look = [&stored] { stored << QSettings().contains(urlKey); };
+        connect(dialog.get(), &SelectDeviceDialog::openNetworkDevice, this, look);
+        connect(dialog.get(), &QDialog::accepted, this, look);
+        QTest::mouseClick(button("pushButtonRTSPConnect"), Qt::LeftButton);
+        QCOMPARE(stored, QList<bool>({false, true}));
     }
 
     void aUrlThatIsNoneDoesNothing_data()
@@ -245,7 +504,24 @@ private:
         dialog->show();
         QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
     }
-    static int simulatedType() { return 3; }
+    void plugIn(int number, const char* name)
+    {
+        testbed.addCamera(number, name);
+        testbed.tell(UdevTestbed::usbDevice(number), "add");
+        testbed.tell(UdevTestbed::videoNode(number), "add");
+    }
+    /// Null when the list lacks it.
+    QListWidgetItem* listed(const char* name) const
+    {
+        return usbList()->findItems(QString::fromLatin1(name), Qt::MatchExactly).value(0);
+    }
+    bool isListed(const char* name) const { return listed(name); }
+    static bool areEnabled(const QList<QPushButton*>& buttons)
+    {
+        return std::all_of(buttons.begin(), buttons.end(),
+                           [](const QPushButton* each) { return each->isEnabled(); });
+    }
+    QString labelOf(int tab) const { return tabs()->widget(tab)->findChild<QLabel*>()->text(); }
     QTabWidget* tabs() const { return dialog->findChild<QTabWidget*>(QStringLiteral("tabWidget")); }
     QListWidget* usbList() const
     {
@@ -265,6 +541,7 @@ private:
     }
     QTimer* scanTimer() const { return dialog->findChild<QTimer*>(QStringLiteral("scanTimer")); }
 
+    UdevTestbed testbed;
     std::unique_ptr<SelectDeviceDialog> dialog;
 };
 

@@ -70,9 +70,10 @@ void PanelCamColorAdjustment::on_pushButtonDefault_clicked()
 {
     if (!device())
         return;
-    ui->comboBoxColorMode->setCurrentIndex(resetProperty(CMProperty_ColorMode));
+    if (const auto mode = resetProperty(CMProperty_ColorMode))
+        ui->comboBoxColorMode->setCurrentIndex(*mode);
     for (const Row& row : rows())
-        row.slider->setValue(resetProperty(row.id));
+        resetProperty(row.id, row.slider);
 }
 
 // The position in the list is the value.

@@ -4,8 +4,10 @@
 
 #include <zolens/MyCamera.h>
 
+#include <QAbstractButton>
 #include <QComboBox>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLayout>
 #include <QSignalBlocker>
@@ -19,6 +21,7 @@
 namespace {
 
 constexpr int formMargin = 4;
+const QLatin1String widestValue("88.88 ms");
 
 /// Cuts a value to an integer; what no integer can hold is held at the ends of their range.
 int cut(double value)
@@ -28,6 +31,23 @@ int cut(double value)
     constexpr auto lowest = double(std::numeric_limits<int>::min());
     constexpr auto highest = double(std::numeric_limits<int>::max());
     return static_cast<int>(qBound(lowest, value, highest));
+}
+
+/// Takes the room of the widest text that properties have, so that no slider moves when the text
+/// changes.
+void fixWidth(QLabel* label)
+{
+    label->ensurePolished();
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(widestValue));
+}
+
+/// Whether the event asks a widget to take Return for itself, before it is a shortcut.
+bool asksForReturn(const QEvent* event)
+{
+    if (event->type() != QEvent::ShortcutOverride)
+        return false;
+    const int key = static_cast<const QKeyEvent*>(event)->key();
+    return key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 struct Range
@@ -47,11 +67,31 @@ Range rangeOf(CWCamera* device, tagCMProperty id)
 
 } // namespace
 
+bool PanelCamCtrl::eventFilter(QObject* watched, QEvent* event)
+{
+    if (qobject_cast<QSpinBox*>(watched) && asksForReturn(event)) {
+        event->accept();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
 void PanelCamCtrl::finishForm()
 {
     layout()->setContentsMargins(formMargin, formMargin, formMargin, formMargin);
     for (QComboBox* combo : findChildren<QComboBox*>())
         combo->setItemDelegate(new QStyledItemDelegate(combo));
+    for (QSpinBox* spinBox : findChildren<QSpinBox*>())
+        spinBox->installEventFilter(this);
+}
+
+void PanelCamCtrl::checkAnew(QAbstractButton* button)
+{
+    {
+        const QSignalBlocker blocker(button);
+        button->setChecked(false);
+    }
+    button->setChecked(true);
 }
 
 CWCamera* PanelCamCtrl::device() const
@@ -83,9 +123,17 @@ void PanelCamCtrl::showPolled(tagCMProperty id, QSlider* slider)
     slider->setValue(value);
 }
 
-int PanelCamCtrl::resetProperty(tagCMProperty id)
+std::optional<int> PanelCamCtrl::resetProperty(tagCMProperty id)
 {
+    if (!device()->isPropertySupported(id))
+        return std::nullopt;
     return cut(device()->resetProperty(id));
+}
+
+void PanelCamCtrl::resetProperty(tagCMProperty id, QSlider* slider)
+{
+    if (const auto standard = resetProperty(id))
+        slider->setValue(*standard);
 }
 
 void PanelCamCtrl::fillCombo(tagCMProperty id, QGroupBox* group, QComboBox* combo)
@@ -113,6 +161,7 @@ void PanelCamCtrl::fillLabelledSlider(tagCMProperty id, QWidget* group, QSlider*
     slider->setTickInterval(1);
     slider->setValue(cut(value));
     slider->setPageStep(1);
+    fixWidth(label);
     if (formatted)
         label->setText(camera->getFormatedProperty(id, false));
     else

@@ -4,8 +4,11 @@
 
 #include <QWidget>
 
+#include <optional>
+
 class CWCamera;
 class MyCamera;
+class QAbstractButton;
 class QComboBox;
 class QGroupBox;
 class QLabel;
@@ -30,8 +33,15 @@ public slots:
     virtual void updateControls() = 0;
 
 protected:
-    /// Gives the form the looks that all panels share. Call it after the form is set up.
+    /// Keeps Return in a spin box, where it commits the number, from being a shortcut too.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+    /// Gives the form the looks and the keys that all panels share. Call it after the form is set
+    /// up.
     void finishForm();
+
+    /// Checks the button so that it is told also when it was checked for the last camera.
+    static void checkAnew(QAbstractButton* button);
 
     /// Null when no device is open.
     CWCamera* device() const;
@@ -41,8 +51,11 @@ protected:
     /// Brings the slider in line with the property without a signal, so that nothing is written
     /// back. A property that the device does not tell leaves it alone.
     void showPolled(tagCMProperty id, QSlider* slider);
-    /// Sets the property of the open device to its default, and gives that.
-    int resetProperty(tagCMProperty id);
+    /// Sets the property of the open device to its default, and gives that; nothing when the device
+    /// lacks it, or is gone.
+    std::optional<int> resetProperty(tagCMProperty id);
+    /// And shows the default by the slider.
+    void resetProperty(tagCMProperty id, QSlider* slider);
 
     /// Lists the values of an enumerated property and selects the first. Only the colour mode has
     /// texts.

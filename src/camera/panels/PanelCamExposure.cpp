@@ -33,7 +33,7 @@ void PanelCamExposure::updateControls()
     fillLabelledSlider(CMProperty_ExposureTarget, ui->groupTarget, ui->sliderTarget,
                        ui->labelTarget, false);
     fillLabelledSlider(CMProperty_Gain, ui->groupGain, ui->sliderGain, ui->labelGain, true);
-    startAutomatic();
+    checkAnew(ui->checkBoxAuto);
     timer->start(pollInterval);
 }
 
@@ -81,15 +81,6 @@ void PanelCamExposure::on_sliderGain_valueChanged(int value)
 {
     writeProperty(CMProperty_Gain, value);
     showGain();
-}
-
-// The box of the last camera may still be checked, and then tells nothing.
-void PanelCamExposure::startAutomatic()
-{
-    if (ui->checkBoxAuto->isChecked())
-        on_checkBoxAuto_toggled(true);
-    else
-        ui->checkBoxAuto->setChecked(true);
 }
 
 void PanelCamExposure::showTime()

@@ -31,7 +31,6 @@ private slots:
     void on_sliderGain_valueChanged(int value);
 
 private:
-    void startAutomatic();
     void showTime();
     void showGain();
 

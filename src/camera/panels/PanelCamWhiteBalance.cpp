@@ -23,10 +23,11 @@ bool contains(const std::vector<int>& modes, int mode)
 
 } // namespace
 
-/// The gain of one colour and its controls.
+/// The gain of one colour and its controls, which share a row.
 struct PanelCamWhiteBalance::Gain
 {
     tagCMProperty id;
+    QWidget* row;
     QSlider* slider;
     QSpinBox* spinBox;
 };
@@ -43,20 +44,24 @@ PanelCamWhiteBalance::PanelCamWhiteBalance(QWidget* parent)
 
 PanelCamWhiteBalance::~PanelCamWhiteBalance() = default;
 
+// Some devices leave the automatic mode when the controls, as they are filled, write to them.
 void PanelCamWhiteBalance::updateControls()
 {
     if (!device())
         return;
     setEnabled(true);
     showModes();
+    const bool automatic = device()->whiteBalanceMode() == CWWhiteBalance_Auto;
     if (device()->isPropertySupported(CMProperty_ColorTemperature))
         fillTemperature();
     else if (hasGain())
         fillGains();
-    const bool automatic = device()->whiteBalanceMode() == CWWhiteBalance_Auto;
-    ui->checkBoxAuto->setChecked(automatic);
-    if (automatic)
+    if (automatic) {
+        checkAnew(ui->checkBoxAuto);
         timer->start(pollInterval);
+    } else {
+        ui->checkBoxAuto->setChecked(false);
+    }
 }
 
 // The spin boxes hear nothing of the silent sliders.
@@ -73,11 +78,16 @@ void PanelCamWhiteBalance::autoUpdate()
     showTemperature();
 }
 
+// The device is in the manual mode then, and is not told so once more by the check box, which may
+// be checked although it is hidden.
 void PanelCamWhiteBalance::on_pushButtonOnePush_clicked()
 {
     if (!device())
         return;
     device()->setWhiteBalanceMode(CWWhiteBalance_OnePush);
+    const QSignalBlocker blocker(ui->checkBoxAuto);
+    ui->checkBoxAuto->setChecked(false);
+    followMode(false);
     QTimer::singleShot(balancingTime, this, &PanelCamWhiteBalance::autoUpdate);
 }
 
@@ -102,35 +112,30 @@ void PanelCamWhiteBalance::on_sliderBGain_valueChanged(int value)
     writeProperty(CMProperty_BlueGain, value);
 }
 
-// The timer keeps the interval that it has: none, until a camera opens in automatic mode.
 void PanelCamWhiteBalance::on_checkBoxAuto_toggled(bool checked)
 {
     if (device())
         device()->setWhiteBalanceMode(checked ? CWWhiteBalance_Auto : CWWhiteBalance_Manual);
-    ui->frameTemperature->setEnabled(!checked);
-    ui->frameGain->setEnabled(!checked);
-    if (checked)
-        timer->start();
-    else
-        timer->stop();
+    followMode(checked);
 }
 
+// As when the controls are filled, the device may have left the automatic mode meanwhile.
 void PanelCamWhiteBalance::on_pushButtonDefault_clicked()
 {
     if (!device())
         return;
-    ui->sliderTemperature->setValue(resetProperty(CMProperty_ColorTemperature));
+    resetProperty(CMProperty_ColorTemperature, ui->sliderTemperature);
     for (const Gain& gain : gains())
-        gain.slider->setValue(resetProperty(gain.id));
+        resetProperty(gain.id, gain.slider);
     if (!ui->checkBoxAuto->isHidden())
-        ui->checkBoxAuto->setChecked(true);
+        checkAnew(ui->checkBoxAuto);
 }
 
 std::array<PanelCamWhiteBalance::Gain, 3> PanelCamWhiteBalance::gains() const
 {
-    return {{{CMProperty_RedGain, ui->sliderRGain, ui->spinBoxRGain},
-             {CMProperty_GreenGain, ui->sliderGGain, ui->spinBoxGGain},
-             {CMProperty_BlueGain, ui->sliderBGain, ui->spinBoxBGain}}};
+    return {{{CMProperty_RedGain, ui->rowRGain, ui->sliderRGain, ui->spinBoxRGain},
+             {CMProperty_GreenGain, ui->rowGGain, ui->sliderGGain, ui->spinBoxGGain},
+             {CMProperty_BlueGain, ui->rowBGain, ui->sliderBGain, ui->spinBoxBGain}}};
 }
 
 bool PanelCamWhiteBalance::hasGain() const
@@ -167,7 +172,18 @@ void PanelCamWhiteBalance::fillGains()
     ui->frameTemperature->hide();
     ui->frameGain->show();
     for (const Gain& gain : gains())
-        fillSpinBoxSlider(gain.id, nullptr, gain.slider, gain.spinBox);
+        fillSpinBoxSlider(gain.id, gain.row, gain.slider, gain.spinBox);
+}
+
+// The timer keeps the interval that it has: none, until a camera opens in automatic mode.
+void PanelCamWhiteBalance::followMode(bool automatic)
+{
+    ui->frameTemperature->setEnabled(!automatic);
+    ui->frameGain->setEnabled(!automatic);
+    if (automatic)
+        timer->start();
+    else
+        timer->stop();
 }
 
 void PanelCamWhiteBalance::showTemperature()

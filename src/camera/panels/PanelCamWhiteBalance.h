@@ -42,6 +42,8 @@ private:
     void showModes();
     void fillTemperature();
     void fillGains();
+    /// Polls the device or leaves the controls to the user.
+    void followMode(bool automatic);
     void showTemperature();
 
     std::unique_ptr<Ui::PanelCamWhiteBalance> ui;
