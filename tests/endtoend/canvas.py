@@ -23,6 +23,14 @@ class Canvas:
         return max((widget.rect for widget in areas), key=lambda rect: rect.area)
 
     @property
+    def picture_rect(self):
+        """Where the picture lies in the viewport."""
+        area, scale = self.rect, self.scale
+        width, height = (round(scale * side) for side in self.video_size)
+        x, y = area.center
+        return desktop.Rect(x - width // 2, y - height // 2, width, height)
+
+    @property
     def scale(self):
         """Screen pixels for one picture pixel."""
         rect = self.rect

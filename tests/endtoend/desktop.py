@@ -33,6 +33,9 @@ class Rect:
         return Rect(left - margin, top - margin, right - left + 2 * margin,
                     bottom - top + 2 * margin)
 
+    def __eq__(self, other):
+        return repr(self) == repr(other)
+
     def __repr__(self):
         return f"{self.width}x{self.height}+{self.x}+{self.y}"
 
@@ -53,6 +56,14 @@ class Image:
         width, height = _output("xdotool", "getdisplaygeometry").split()
         data = _output("import", "-window", "root", "-depth", "8", "rgb:-", text=False)
         return cls((int(width), int(height)), data)
+
+    @classmethod
+    def of_part(cls, rect, size=None):
+        """The pixels of a rectangle of the screen, averaged down to a size where one is given."""
+        size = size or (rect.width, rect.height)
+        data = _output("import", "-window", "root", "-crop", f"{rect}!", "+repage", "-resize",
+                       f"{size[0]}x{size[1]}!", "-depth", "8", "rgb:-", text=False)
+        return cls(size, data)
 
     @classmethod
     def of_file(cls, path):

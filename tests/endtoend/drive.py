@@ -6,28 +6,23 @@ server, which is started, prints "PORT n" and "READY" and shows a picture withou
 """
 
 import argparse
+import contextlib
 import datetime
 import math
-import os
 import pathlib
 import re
-import shlex
-import shutil
-import subprocess
 import sys
 import time
 
 import desktop
 import figures
-import widgets
-from canvas import Canvas
 from desktop import Image, Rect
-from widgets import Program, Table, wait_for
+from session import Session, check, check_near, size_of_text
+from sources import Server, StreamSource, UsbSource
+from widgets import Table, wait_for
 
 PICTURE_NAME = re.compile(r"\d{8}-\d{6}-\d{3}\.jpg")
 PICTURES = pathlib.Path.home() / "Documents" / "Orvo Files" / "Images"
-LINKS = ("link", "label")
-NO_CAMERA = "Open Video Source..."
 FIGURE_COLOUR = (0, 150, 211)
 ARROW_COLOUR = (91, 155, 213)
 RULER_WIDTH = 17
@@ -35,90 +30,30 @@ FIGURE_PIXELS = 40  # at least so many of a figure's pixels are not blended with
 ACTUAL_SIZE_LEVEL = 250
 HIGHEST_LEVEL = 500
 LEVELS_PER_DOUBLING = 50
-WHEEL_LEVELS = 6
-KEY_LEVELS = 10
 
 
-class Failure(Exception):
-    """The program does not do what the step asks."""
-
-
-def check(condition, message):
-    if not condition:
-        raise Failure(message)
-
-
-def check_near(value, expected, tolerance, what):
-    check(value is not None, f"{what} is missing")
-    check(abs(value - expected) <= tolerance,
-          f"{what} is {value:g} instead of {expected:g} within {tolerance:g}")
-
-
-def size_of_text(text):
-    width, height = text.lower().split("x")
-    return int(width), int(height)
-
-
-class Drive:
+class Drive(Session):
     """One run of the program. The methods whose names are in STEPS are the steps, in order."""
 
-    STEPS = ("start", "device_dialog", "open_source", "live_picture", "measure_page", "line",
+    STEPS = ("start", "open_source", "live_picture", "measure_page", "line",
              "polyline", "polygon", "angle", "arrow", "measurement_table", "select",
              "zoom_by_wheel", "zoom_by_slider", "zoom_by_keys", "fit_in_view", "full_screen",
              "pause", "take_pictures", "close")
 
-    def __init__(self, program, output, video_size, picture_size, url):
-        self.output = output
-        self.picture_size = picture_size
-        self.url = url
-        self.has_stills = not url
-        self.log = open(output / "orvo.log", "w", encoding="utf-8")
-        widgets.connect()
-        self.process = subprocess.Popen([program], stdout=self.log, stderr=self.log)
-        self.program = Program("Orvo")
-        self.canvas = Canvas(self.program, video_size)
+    def __init__(self, arguments, source):
+        super().__init__(arguments.program.resolve(), arguments.output.resolve(), arguments.scale,
+                         arguments.video)
+        self.source = source
+        self.picture_size = arguments.picture
+        self.has_stills = not isinstance(source, StreamSource)
         self.drawn = {}
         self.fitted = None
-        self.pictures = []
-
-    def run(self):
-        for number, name in enumerate(self.STEPS, 1):
-            began = time.monotonic()
-            try:
-                getattr(self, name)()
-                self.save_screenshot(f"step-{number:02}-{name.replace('_', '-')}.png")
-            except Exception as error:
-                print(f"step {number:02} {name} failed: {error}", flush=True)
-                self.keep_evidence()
-                raise Failure(f"{name}: {error}") from error
-            print(f"step {number:02} {name} ({time.monotonic() - began:.1f} s)", flush=True)
-
-    def stop(self):
-        if not self.ended():
-            self.process.kill()
-            self.process.wait()
-        self.log.close()
-
-    def save_screenshot(self, name):
-        shot = Image.of_screen()
-        shot.save(self.output / name)
-        check(shot.colours() > 1 or self.ended(), "the screen is blank")
-
-    def keep_evidence(self):
-        Image.of_screen().save(self.output / "failed.png")
-        (self.output / "widgets.txt").write_text(self.program.describe(), encoding="utf-8")
-        self.log.flush()
-        print(f"what the program wrote: {self.log.name}", flush=True)
 
     # Steps
 
     def start(self):
-        wait_for(lambda: self.ended() or self.program.root(), "the program to show up", 20)
-        check(not self.ended(), f"the program ended with status {self.process.returncode}")
+        self.wait_for_start()
         window = self.program.find("frame")
-        self.program.find(LINKS, re.escape(NO_CAMERA))
-        time.sleep(0.5)
-
         shot = Image.of_screen()
         check(shot.colours(self.canvas.rect) > 3, "the placeholder is blank")
         # The side bar's empty foot: dark, and more blue than red.
@@ -128,37 +63,13 @@ class Drive:
         check(red < 80 and green < 90 and blue < 110 and blue > red + 8,
               f"the side bar is not dark blue but ({red:.0f}, {green:.0f}, {blue:.0f})")
 
-    def device_dialog(self):
-        desktop.click(self.program.find(LINKS, re.escape(NO_CAMERA)).rect.center)
-        self.program.find("dialog", "Select video source")
-
     def open_source(self):
-        if self.url:
-            self.open_stream()
-        else:
-            self.open_last_usb_camera()
-        wait_for(lambda: not self.program.find_all(LINKS, re.escape(NO_CAMERA)),
-                 "the camera's name in the side bar", 8)
-        check(not self.program.find_all("alert"), "a message shows")
-        wait_for(lambda: self.frame_rate() > 1, "a frame rate above 1", 8)
-
-    def open_stream(self):
-        desktop.click(self.program.find("page tab", "RTSP Stream").rect.center)
-        desktop.click(self.program.find("text").rect.center)
-        desktop.key("ctrl+a")
-        desktop.write(self.url)
-        desktop.click(self.program.button("Connect").rect.center)
-
-    def open_last_usb_camera(self):
-        dialog = self.program.find("dialog", "Select video source")
-        cameras = dialog.find_all("list item")
-        check(cameras, "no camera is listed")
-        desktop.click(cameras[-1].rect.center, times=2)
+        self.open(self.source)
 
     def live_picture(self):
         time.sleep(1.2)  # the placeholder shows once more, one second after opening
         wait_for(self.picture_moves, "the picture to move")
-        if self.url:  # the server shows a white ball on black: colours are decoding errors
+        if not self.has_stills:  # the server shows a white ball on black: colours are decoding errors
             check(Image.of_screen().coloured(self.canvas.rect) < 0.01, "the picture is damaged")
 
     def measure_page(self):
@@ -253,28 +164,9 @@ class Drive:
         self.take_picture(lambda: desktop.click(self.program.button("Snap").rect.center))
 
     def close(self):
-        self.ask_to_exit("Cancel")
-        time.sleep(0.3)
-        check(not self.ended(), "the program ended although the exit was cancelled")
-        self.ask_to_exit("OK")
-        try:
-            status = self.process.wait(10)
-        except subprocess.TimeoutExpired as error:
-            raise Failure("the program does not end") from error
-        check(status == 0, f"the program ended with status {status}")
+        self.end()
 
     # What the steps are made of
-
-    def ended(self):
-        return self.process.poll() is not None
-
-    def frame_rate(self):
-        return float(self.program.find("label", r"\d+\.\d\d fps").name.split()[0])
-
-    def picture_moves(self):
-        before = Image.of_screen()
-        time.sleep(0.7)
-        return Image.of_screen().changed(before, self.canvas.rect) > 0
 
     def draw(self, tool, fractions, finish=False, colour=FIGURE_COLOUR):
         button = self.program.button(tool).rect
@@ -318,17 +210,12 @@ class Drive:
                  "still capture to be allowed")
 
     def take_picture(self, action):
-        known = set(PICTURES.glob("*"))
         began = datetime.datetime.now().replace(microsecond=0)
-        action()
-        picture = wait_for(lambda: next(iter(set(PICTURES.glob("*")) - known), None),
-                           f"a picture in {PICTURES}", 10)
+        picture = self.new_file(PICTURES, action)
         check(PICTURE_NAME.fullmatch(picture.name), f"the picture is called {picture.name}")
         taken = datetime.datetime.strptime(picture.stem[:15], "%Y%m%d-%H%M%S")
         check(began <= taken <= datetime.datetime.now(), f"{picture.name} is not the present time")
-        self.wait_until_written(picture)
         self.check_picture(Image.of_file(picture))
-        self.pictures.append(shutil.copy(picture, self.output))
 
     def check_picture(self, picture):
         """A still has the camera's size. Where the camera takes none, the visible part of the
@@ -341,33 +228,6 @@ class Drive:
         if not self.has_stills:
             check(picture.count(FIGURE_COLOUR, picture.rect) > FIGURE_PIXELS,
                   "the saved picture lacks the figures")
-
-    @staticmethod
-    def wait_until_written(path):
-        sizes = [-1]
-
-        def settled():
-            sizes.append(path.stat().st_size)
-            return sizes[-1] > 0 and sizes[-1] == sizes[-2]
-        wait_for(settled, f"{path.name} to be complete", 10)
-
-    def ask_to_exit(self, answer):
-        desktop.click(self.program.button("Close").rect.center)
-        self.program.find("label", re.escape("Do you want to exit Orvo ?"))
-        self.save_screenshot("exit-question.png")
-        desktop.click(self.program.button(answer).rect.center)
-
-
-def start_server(command):
-    """Starts the RTSP server; returns it and its port."""
-    server = subprocess.Popen(shlex.split(command), stdout=subprocess.PIPE, text=True)
-    port = 0
-    for line in server.stdout:
-        if line.startswith("PORT "):
-            port = int(line.split()[1])
-        elif line.startswith("READY"):
-            return server, port
-    raise Failure("the RTSP server does not start")
 
 
 def parse_arguments():
@@ -386,36 +246,14 @@ def parse_arguments():
     return parser.parse_args()
 
 
-def run_program(drive):
-    """The exit status: 0 when every step did what it should."""
-    try:
-        drive.run()
-    except Failure:
-        return 1
-    finally:
-        drive.stop()
-    for picture in drive.pictures:
-        print(f"picture {picture}")
-    return 0
-
-
 def main():
     arguments = parse_arguments()
-    output = arguments.output.resolve()
-    output.mkdir(parents=True, exist_ok=True)
-    widgets.pixel_ratio = arguments.scale
-    os.environ["QT_SCALE_FACTOR"] = str(arguments.scale)
-    server, url = None, None
-    if arguments.server:
-        server, port = start_server(arguments.server)
-        url = f"rtsp://127.0.0.1:{port}{arguments.path}"
-    try:
-        return run_program(Drive(arguments.program.resolve(), output, arguments.video,
-                                 arguments.picture, url))
-    finally:
-        if server:
-            server.kill()
-            server.wait()
+    with contextlib.ExitStack() as stack:
+        source = UsbSource()
+        if arguments.server:
+            server = stack.enter_context(Server(arguments.server))
+            source = StreamSource(f"rtsp://127.0.0.1:{server.port}{arguments.path}")
+        return Drive(arguments, source).run()
 
 
 if __name__ == "__main__":

@@ -6,6 +6,7 @@ Nothing is cached, so that every look shows the present state.
 
 import re
 import time
+from functools import cached_property
 
 import gi
 
@@ -17,24 +18,57 @@ from desktop import Rect  # noqa: E402
 # Screen pixels for one of the program's own, which the bus counts in.
 pixel_ratio = 1.0
 
+LINKS = ("link", "label")
 BUTTONS = ("push button", "check box", "toggle button", "radio button", "menu")
 
 
 class Widget:
-    """One node of the accessibility tree."""
+    """One node of the accessibility tree. What it is asked for comes over the bus, once."""
 
     def __init__(self, node):
         self.node = node
-        self.role = node.get_role_name()
-        self.name = node.get_name() or ""
-        states = node.get_state_set()
-        self.showing = states.contains(Atspi.StateType.SHOWING)
-        self.enabled = states.contains(Atspi.StateType.ENABLED)
-        self.selected = states.contains(Atspi.StateType.SELECTED)
-        self.checked = states.contains(Atspi.StateType.CHECKED)
-        extents = node.get_extents(Atspi.CoordType.SCREEN)
-        self.rect = Rect(*(round(pixel_ratio * value) for value in
-                           (extents.x, extents.y, extents.width, extents.height)))
+
+    @cached_property
+    def role(self):
+        return self.node.get_role_name()
+
+    @cached_property
+    def name(self):
+        return self.node.get_name() or ""
+
+    @cached_property
+    def description(self):
+        return self.node.get_description() or ""
+
+    @cached_property
+    def states(self):
+        return self.node.get_state_set()
+
+    @property
+    def showing(self):
+        return self.states.contains(Atspi.StateType.SHOWING)
+
+    @property
+    def enabled(self):
+        return self.states.contains(Atspi.StateType.ENABLED)
+
+    @property
+    def selected(self):
+        return self.states.contains(Atspi.StateType.SELECTED)
+
+    @property
+    def checked(self):
+        return self.states.contains(Atspi.StateType.CHECKED)
+
+    @cached_property
+    def rect(self):
+        extents = self.node.get_extents(Atspi.CoordType.SCREEN)
+        return Rect(*(round(pixel_ratio * value) for value in
+                      (extents.x, extents.y, extents.width, extents.height)))
+
+    def now(self):
+        """The same node as it is at present."""
+        return Widget(self.node)
 
     def children(self):
         for index in range(self.node.get_child_count()):
@@ -42,12 +76,15 @@ class Widget:
             if child is not None:
                 yield Widget(child)
 
-    def descendants(self):
-        """This widget and all below it; one that vanishes during the walk is left out."""
+    def descendants(self, only_showing=False):
+        """This widget and all below it; one that vanishes during the walk is left out. What lies in
+        a hidden widget is hidden as well."""
+        if only_showing and not self.showing:
+            return
         yield self
         try:
             for child in self.children():
-                yield from child.descendants()
+                yield from child.descendants(only_showing)
         except GLib.Error:
             return
 
@@ -55,9 +92,23 @@ class Widget:
         return self.role in roles and (name is None or re.fullmatch(name, self.name) is not None)
 
     def find_all(self, roles, name=None):
+        """The visible ones of that role below this widget whose name matches the expression."""
         roles = (roles,) if isinstance(roles, str) else roles
-        return [widget for widget in self.descendants()
-                if widget.showing and widget.matches(roles, name)]
+        return [widget for widget in self.descendants(only_showing=True)
+                if widget.matches(roles, name)]
+
+    def parent(self):
+        return Widget(self.node.get_parent())
+
+    @property
+    def value(self):
+        """The value of a slider or of a spin button."""
+        return Atspi.Value.get_current_value(self.node)
+
+    @property
+    def value_range(self):
+        return (Atspi.Value.get_minimum_value(self.node),
+                Atspi.Value.get_maximum_value(self.node))
 
     def describe(self, depth=0):
         """The tree below this widget as indented lines."""
