@@ -22,26 +22,15 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <vector>
 
 namespace {
 
-constexpr QSize viewport(1600, 900);
 constexpr int frames = 120;
 constexpr int settlingFrames = 30;
 constexpr double serverRate = 30.0;
 constexpr int patience = 10000;        // In milliseconds.
 constexpr int wakeUpInterval = 100;    // In milliseconds, for a look at the patience.
 constexpr double shortExposure = 1000; // In microseconds: it does not limit the rate.
-
-double median(std::vector<double> values)
-{
-    if (values.empty())
-        return 0.0;
-    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
 
 double millisecondsSince(uint32_t time)
 {
@@ -85,7 +74,7 @@ Viewing::Viewing(bool painted, bool clocked) : isPainted(painted), isClocked(clo
     wakeUp.start(wakeUpInterval);
     if (isPainted) {
         view.setFrameShape(QFrame::NoFrame);
-        view.resize(viewport + QSize(15, 15));
+        view.resize(bench::viewport + QSize(15, 15));
         bench::show(view);
     }
     const auto handOut = [this](const QImage& image) {
@@ -128,9 +117,9 @@ void Viewing::report(benchmark::State& state) const
 {
     state.counters["fps"] = benchmark::Counter(frames, benchmark::Counter::kIsRate);
     if (isPainted)
-        state.counters["paint_ms"] = median(sinceHandedOut);
+        state.counters["paint_ms"] = bench::median(sinceHandedOut);
     if (isClocked)
-        state.counters["made_ms"] = median(sinceMade);
+        state.counters["made_ms"] = bench::median(sinceMade);
 }
 
 void measure(benchmark::State& state, Viewing& viewing)

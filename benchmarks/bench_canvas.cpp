@@ -5,30 +5,7 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QPainter>
-
 namespace {
-
-constexpr QSize viewport(1600, 900);
-
-class BareWidget : public QWidget
-{
-public:
-    BareWidget()
-    {
-        setAttribute(Qt::WA_OpaquePaintEvent);
-        resize(viewport);
-    }
-
-    QImage image;
-
-protected:
-    void paintEvent(QPaintEvent*) override
-    {
-        QPainter painter(this);
-        painter.drawImage(QRectF(rect()), image, QRectF(image.rect()));
-    }
-};
 
 QSize frameSize(const benchmark::State& state)
 {
@@ -38,7 +15,7 @@ QSize frameSize(const benchmark::State& state)
 void bareWidget(benchmark::State& state)
 {
     const QImage frames[] = {bench::frame(frameSize(state), 0), bench::frame(frameSize(state), 99)};
-    BareWidget widget;
+    bench::BareWidget widget;
     bench::show(widget);
     int count = 0;
     for (auto _ : state) {
@@ -53,10 +30,10 @@ void canvas(benchmark::State& state)
     GraphicsView view;
     bench::show(view);
     view.setImage(frames[0]);
-    view.resize(viewport + view.size() - view.viewport()->size());
+    view.resize(bench::viewport + view.size() - view.viewport()->size());
     bench::addLines(view, static_cast<int>(state.range(1)));
     bench::settle();
-    if (view.viewport()->size() != viewport)
+    if (view.viewport()->size() != bench::viewport)
         state.SkipWithError("the viewport has another size");
     int count = 0;
     for (auto _ : state) {

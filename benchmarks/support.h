@@ -8,11 +8,46 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QPainter>
 #include <QWindow>
 
+#include <algorithm>
 #include <cmath>
+#include <vector>
 
 namespace bench {
+
+/// Of every widget that shows frames.
+constexpr QSize viewport(1600, 900);
+
+/// Draws a picture, which nothing can do with less.
+class BareWidget final : public QWidget
+{
+public:
+    BareWidget()
+    {
+        setAttribute(Qt::WA_OpaquePaintEvent);
+        resize(viewport);
+    }
+
+    QImage image;
+
+protected:
+    void paintEvent(QPaintEvent*) override
+    {
+        QPainter painter(this);
+        painter.drawImage(QRectF(rect()), image, QRectF(image.rect()));
+    }
+};
+
+inline double median(std::vector<double> values)
+{
+    if (values.empty())
+        return 0.0;
+    const auto middle = values.begin() + std::ptrdiff_t(values.size() / 2);
+    std::nth_element(values.begin(), middle, values.end());
+    return *middle;
+}
 
 /// A picture with detail everywhere, different for each `shade`.
 inline QImage frame(const QSize& size, int shade)
