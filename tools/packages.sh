@@ -8,6 +8,8 @@
 # desktop  a virtual desktop on which the program is driven by mouse and keyboard
 # test     what the test suite needs beyond both
 # bench    what the benchmarks need
+# tidy     what the preset tidy and tools/check.sh --tidy need
+# vm       what the tests in a virtual machine need, which have the label vm
 set -euo pipefail
 
 stream_server="libgstrtspserver-1.0-dev
@@ -18,12 +20,14 @@ declare -A packages=(
         qtbase5-dev libqt5svg5-dev qttools5-dev qttools5-dev-tools
         qttranslations5-l10n qt5-image-formats-plugins
         libavformat-dev libavcodec-dev libavutil-dev libswscale-dev
-        libturbojpeg0-dev libyuv-dev
+        libturbojpeg0-dev libyuv-dev libaravis-dev libusb-1.0-0-dev libudev-dev
         fonts-dejavu-core"
     [desktop]="xvfb openbox x11-utils xdotool imagemagick
         dbus-daemon at-spi2-core gir1.2-atspi-2.0 python3 python3-gi"
-    [test]="clang-format $stream_server"
-    [bench]="libbenchmark-dev xvfb openbox x11-utils $stream_server"
+    [test]="clang-format aravis-tools ffmpeg iproute2 libumockdev-dev umockdev $stream_server"
+    [bench]="libbenchmark-dev ffmpeg xvfb openbox x11-utils $stream_server"
+    [tidy]="clang-tidy"
+    [vm]="qemu-system-x86 busybox-static cpio kmod udev python3"
 )
 
 fail() {
@@ -78,7 +82,7 @@ install() {
     [ "${#absent[@]}" -eq 0 ] || fail "still missing after the installation: ${absent[*]}"
 }
 
-[ $# -ge 2 ] || fail "usage: $0 list|install build|desktop|test|bench..."
+[ $# -ge 2 ] || fail "usage: $0 list|install build|desktop|test|bench|tidy|vm..."
 command=$1
 shift
 case $command in
