@@ -9,6 +9,7 @@
 #include <QDebug>
 #include <QHostAddress>
 #include <QSettings>
+#include <QSignalBlocker>
 #include <QUrl>
 
 namespace {
@@ -76,6 +77,7 @@ void SelectDeviceDialog::refreshTarnlinkDevices()
 {
     const std::vector<_tag_VideoDeviceInfo> devices = CWFactory::tarnlinkDeviceList();
     qDebug().noquote() << QStringLiteral("%1 tarnlink devices found.").arg(devices.size());
+    const QSignalBlocker blocker(isAddressTyped() ? ui->listWidgetTarnlink : nullptr);
     ui->listWidgetTarnlink->clear();
     for (const _tag_VideoDeviceInfo& device : devices) {
         QListWidgetItem* item = addItem(ui->listWidgetTarnlink, device);
@@ -129,8 +131,11 @@ void SelectDeviceDialog::on_pushButtonOpenCamera_clicked()
 void SelectDeviceDialog::on_listWidgetTarnlink_itemSelectionChanged()
 {
     const QList<QListWidgetItem*> chosen = ui->listWidgetTarnlink->selectedItems();
-    if (!chosen.isEmpty())
-        ui->lineEditTarnlinkAddress->setText(chosen.first()->data(Qt::UserRole).toString());
+    if (chosen.isEmpty())
+        return;
+    const QString address = chosen.first()->data(Qt::UserRole).toString();
+    if (address != ui->lineEditTarnlinkAddress->text())
+        ui->lineEditTarnlinkAddress->setText(address);
 }
 
 void SelectDeviceDialog::on_listWidgetTarnlink_itemDoubleClicked(QListWidgetItem* item)
@@ -191,6 +196,12 @@ bool SelectDeviceDialog::openItem(const QListWidgetItem* item)
         item->data(Qt::UserRole).toString().split(QLatin1Char('#'), Qt::KeepEmptyParts);
     emit openUsbDevice(parts.value(0).toInt(), parts.value(1).toInt());
     return true;
+}
+
+/// What somebody types is not replaced when the list is made anew: the box need not be in it.
+bool SelectDeviceDialog::isAddressTyped() const
+{
+    return ui->lineEditTarnlinkAddress->isModified();
 }
 
 bool SelectDeviceDialog::connectToAddress(const QString& address)

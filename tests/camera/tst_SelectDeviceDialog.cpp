@@ -386,6 +386,24 @@ private slots:
         QCOMPARE(edit("lineEditTarnlinkAddress")->text(), first.address());
     }
 
+    void anAddressCanBeTypedWhileBoxesAreListed()
+    {
+        FakeBox box;
+        QVERIFY(box.start());
+        QLineEdit* address = edit("lineEditTarnlinkAddress");
+        tabs()->setCurrentIndex(1);
+        QTRY_COMPARE_WITH_TIMEOUT(address->text(), box.address(), 20000);
+        address->selectAll();
+        waitForRefresh();
+        QCOMPARE(address->selectedText(), box.address());
+        QTest::keyClicks(address, QStringLiteral("10.0."));
+        waitForRefresh();
+        QTest::keyClicks(address, QStringLiteral("0.9"));
+        waitForRefresh();
+        QCOMPARE(address->text(), QStringLiteral("10.0.0.9"));
+        QCOMPARE(boxList()->count(), 1);
+    }
+
     void aBoxOpensByItsAddressAsItWasTyped()
     {
         FakeBox box;
@@ -538,6 +556,12 @@ private:
     QLineEdit* edit(const char* name) const
     {
         return dialog->findChild<QLineEdit*>(QString::fromLatin1(name));
+    }
+    /// Until the list of boxes has been made anew.
+    void waitForRefresh() const
+    {
+        QSignalSpy refreshed(scanTimer(), &QTimer::timeout);
+        QVERIFY(refreshed.wait(longEnough));
     }
     QTimer* scanTimer() const { return dialog->findChild<QTimer*>(QStringLiteral("scanTimer")); }
 
