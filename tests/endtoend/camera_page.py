@@ -17,7 +17,7 @@ from controls import CATEGORIES
 from effects import number_in, seconds
 from recording import Recording
 from session import NO_CAMERA, check, check_near, size_of_text, store_settings
-from sources import BoxSource, PluggedCamera, Server, StreamSource, UsbSource
+from sources import CHOICE, BoxSource, PluggedCamera, Server, StreamSource, UsbSource
 from widgets import LINKS, wait_for
 
 NARROW = 250  # the least width of the side bar
@@ -322,10 +322,10 @@ class CameraPage(CameraSession):
         wait_for(lambda: self.frame_rate() == 0, "a frame rate of 0")
         self.set_auto(self.only("Exposure & Gain"), False)
         self.only("Image Source")
-        check(not self.program.find_all("alert"), "a message shows")
+        self.check_no_message()
         self.save_screenshot("unplugged.png")
         desktop.click(self.program.find(LINKS, re.escape(self.source.name)).rect.center)
-        self.program.find("dialog", "Select video source")
+        self.program.dialog(CHOICE)
         check(not self.listed(), "the camera stands in the list although it is gone")
 
     def plug_in(self):
@@ -343,7 +343,7 @@ class CameraPage(CameraSession):
         wait_for(self.listed, "the camera in the list again")
         self.source.choose(self.program)
         wait_for(lambda: self.frame_rate() > 1, "a frame rate above 1")
-        check(not self.program.find_all("alert"), "a message shows")
+        self.check_no_message()
         time.sleep(1.2)  # the placeholder shows once more
         self.follow_size()
         wait_for(self.picture_moves, "the picture to move")

@@ -110,8 +110,9 @@ class Session:
     def keep_evidence(self):
         Image.of_screen().save(self.output / "failed.png")
         (self.output / "widgets.txt").write_text(self.program.describe(), encoding="utf-8")
-        self.log.flush()
-        print(f"what the program wrote: {self.log.name}", flush=True)
+        lines = (self.output / "orvo.log").read_text(encoding="utf-8", errors="replace").splitlines()
+        print(f"the last of what the program wrote to {self.log.name}:", *lines[-20:], sep="\n  ",
+              flush=True)
 
     # What steps are made of
 
@@ -128,10 +129,18 @@ class Session:
         """Opens a source of the module sources by the dialog."""
         desktop.click(self.program.find(LINKS, re.escape(NO_CAMERA)).rect.center)
         source.choose(self.program)
-        wait_for(lambda: not self.program.find_all(LINKS, re.escape(NO_CAMERA)),
-                 "the camera's name in the side bar", 8)
-        check(not self.program.find_all("alert"), "a message shows")
+        wait_for(lambda: self.messages() or not self.program.find_all(LINKS, re.escape(NO_CAMERA)),
+                 "the camera's name in the side bar", 15)
+        self.check_no_message()
         wait_for(lambda: self.frame_rate() > 1, "a frame rate above 1", 8)
+
+    def messages(self):
+        """The texts of the message boxes that show."""
+        return [label.name for alert in self.program.find_all("alert")
+                for label in alert.find_all("label")]
+
+    def check_no_message(self):
+        check(not self.messages(), f"the program says {self.messages()}")
 
     def frame_rate(self):
         return float(self.program.find("label", r"\d+\.\d\d fps").name.split()[0])
@@ -174,6 +183,7 @@ class Session:
 
     def ask_to_exit(self, answer):
         desktop.click(self.program.button("Close").rect.center)
-        self.program.find("label", re.escape("Do you want to exit Orvo ?"))
+        question = [label.name for label in self.program.message().find_all("label")]
+        check("Do you want to exit Orvo ?" in question, f"the question is {question}")
         self.save_screenshot("exit-question.png")
         desktop.click(self.program.button(answer).rect.center)

@@ -7,6 +7,9 @@ import shlex
 import subprocess
 
 import desktop
+from widgets import wait_for
+
+CHOICE = "Select video source"
 
 
 class UsbSource:
@@ -19,7 +22,7 @@ class UsbSource:
         self.name = name
 
     def choose(self, program):
-        dialog = program.find("dialog", "Select video source")
+        dialog = program.dialog(CHOICE)
         if self.name:
             camera = program.find("list item", re.escape(self.name))
         else:
@@ -59,7 +62,7 @@ class BoxSource:
         self.listed = False
 
     def choose(self, program):
-        program.find("dialog", "Select video source")
+        program.dialog(CHOICE)
         desktop.click(program.find("page tab", "Wi-Fi").rect.center)
         if self.listed:
             write_into(program, self.address)
@@ -79,7 +82,7 @@ class StreamSource:
         self.url = url
 
     def choose(self, program):
-        program.find("dialog", "Select video source")
+        program.dialog(CHOICE)
         desktop.click(program.find("page tab", "RTSP Stream").rect.center)
         write_into(program, self.url)
         desktop.click(program.button("Connect").rect.center)
@@ -87,9 +90,11 @@ class StreamSource:
 
 def write_into(program, text):
     """Replaces what stands in the input of the tab."""
-    desktop.click(program.find("text").rect.center)
+    field = program.find("text")
+    desktop.click(field.rect.center)
     desktop.key("ctrl+a")
     desktop.write(text)
+    wait_for(lambda: field.text == text, f"{text} in the input")
 
 
 class Server:

@@ -101,6 +101,16 @@ class Widget:
         return Widget(self.node.get_parent())
 
     @property
+    def active(self):
+        """Whether this window has the keyboard."""
+        return self.states.contains(Atspi.StateType.ACTIVE)
+
+    @property
+    def text(self):
+        """What stands in an input."""
+        return Atspi.Text.get_text(self.node, 0, -1)
+
+    @property
     def value(self):
         """The value of a slider or of a spin button."""
         return Atspi.Value.get_current_value(self.node)
@@ -181,6 +191,18 @@ class Program:
 
     def button(self, name, timeout=10):
         return self.find(BUTTONS, re.escape(name), timeout)
+
+    def dialog(self, title):
+        return self._placed("dialog", re.escape(title))
+
+    def message(self):
+        """The message box that shows."""
+        return self._placed("alert")
+
+    def _placed(self, role, title=None):
+        """A window once it has the keyboard: it moves before, while it is being placed."""
+        return wait_for(lambda: next((window for window in self.find_all(role, title)
+                                      if window.active), None), f"{role} {title or ''}".strip())
 
     def describe(self):
         root = self.root()
