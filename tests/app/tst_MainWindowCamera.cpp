@@ -136,6 +136,16 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(frames.count > 0, frameTime);
     }
 
+    // Nothing shows before the first update, which comes while the picture is held.
+    void theFrameRateIsUpdatedWhilePaused()
+    {
+        open();
+        QTest::mouseClick(button("toolButtonPause"), Qt::LeftButton);
+        QVERIFY(camera()->pause);
+        QCOMPARE(fpsText(), QString());
+        QTRY_VERIFY_WITH_TIMEOUT(fpsText().endsWith(QStringLiteral(" fps")), 3000);
+    }
+
     void closingReturnsToThePlaceholder()
     {
         open();
