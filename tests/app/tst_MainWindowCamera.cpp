@@ -465,6 +465,31 @@ private slots:
         QVERIFY(isVideo(saved().constFirst()));
     }
 
+    // Record is the user's to press, although nothing is recorded any more.
+    void afterAClosedRecordingTheNextCameraIsReadyForCapture()
+    {
+        open();
+        action("Record")->trigger();
+        waitForFrames();
+        call("closeCamera");
+        open();
+        QVERIFY(action("Snap")->isEnabled());
+        QVERIFY(action("Record")->isEnabled());
+        QVERIFY(action("Record")->isChecked());
+        action("Record")->trigger();
+        QVERIFY(!action("Record")->isChecked());
+        QVERIFY(action("Snap")->isEnabled());
+        QVERIFY(!recordIndicator());
+        QCOMPARE(saved().size(), 1);
+        action("Record")->trigger();
+        waitForFrames();
+        action("Record")->trigger();
+        const QStringList videos = saved();
+        QCOMPARE(videos.size(), 2);
+        QVERIFY(isVideo(videos.constFirst()));
+        QVERIFY(isVideo(videos.constLast()));
+    }
+
     void closingTheWindowClosesTheCamera()
     {
         open();
