@@ -237,6 +237,30 @@ private slots:
         QVERIFY(view()->width() > window->width() / 2);
     }
 
+    void aDoubleClickInTheCaptionMaximisesAndTurnsTheButtonOn_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("on the bare caption") << QString();
+        QTest::newRow("on the title") << QStringLiteral("Orvo");
+    }
+
+    void aDoubleClickInTheCaptionMaximisesAndTurnsTheButtonOn()
+    {
+        QFETCH(QString, text);
+        show();
+        auto* caption = window->findChild<QWidget*>(QStringLiteral("titlebar"));
+        QWidget* clicked = text.isEmpty() ? caption : labelWith(caption, text);
+        const auto* maximize =
+            caption->findChild<QAbstractButton*>(QStringLiteral("maximizeButton"));
+        QVERIFY(!maximize->isChecked());
+        QTest::mouseDClick(clicked, Qt::LeftButton, {}, clicked->rect().center());
+        QTRY_VERIFY(window->isMaximized());
+        QTRY_VERIFY(maximize->isChecked());
+        QTest::mouseDClick(clicked, Qt::LeftButton, {}, clicked->rect().center());
+        QTRY_VERIFY(!window->isMaximized());
+        QTRY_VERIFY(!maximize->isChecked());
+    }
+
     void theTitleBarMenuOffersSettingsAndAbout()
     {
         show();
@@ -391,6 +415,14 @@ private:
         return nullptr;
     }
     QAction* action(const char* text) const { return action(QString::fromLatin1(text)); }
+    static QLabel* labelWith(const QWidget* parent, const QString& text)
+    {
+        for (QLabel* label : parent->findChildren<QLabel*>()) {
+            if (label->text() == text)
+                return label;
+        }
+        return nullptr;
+    }
     static QMenu* openMenu(QWidget* button)
     {
         QTest::mouseClick(button, Qt::LeftButton);
