@@ -4,6 +4,8 @@
 #include "app/Application.h"
 #include "camera/panels/PanelCamCapture.h"
 #include "camera/panels/PanelCamColorAdjustment.h"
+#include "camera/panels/PanelCamExposure.h"
+#include "camera/panels/PanelCamWhiteBalance.h"
 
 #include <zolens/MyCamera.h>
 #include <zowidgets/ZoCategoryToolBox.h>
@@ -17,6 +19,7 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <QSpinBox>
+#include <QTimer>
 #include <QToolButton>
 #include <QtTest>
 
@@ -120,16 +123,21 @@ private slots:
         QVERIFY(!toolBox()->isEnabled());
     }
 
+    // The timers run on, without effect.
     void aClosedCameraLeavesItsValuesAndIsNotPolled()
     {
         OpenFake fake;
         fake.device->properties[CMProperty_Gain] = {0.0, 100.0, 40.0, 0.0};
+        fake.device->balanceModes = {CWWhiteBalance_Auto};
+        fake.device->balanceMode = CWWhiteBalance_Auto;
         page->onCameraOpened(&fake.camera);
         page->onCameraClosed();
         const int reads = fake.device->reads;
         const auto* gain = page->findChild<QSlider*>(QStringLiteral("sliderGain"));
         fake.device->properties[CMProperty_Gain].value = 60.0;
-        QTest::qWait(1500);
+        QSignalSpy exposurePolls(timerOf<PanelCamExposure>(), &QTimer::timeout);
+        QSignalSpy balancePolls(timerOf<PanelCamWhiteBalance>(), &QTimer::timeout);
+        QTRY_VERIFY_WITH_TIMEOUT(!exposurePolls.isEmpty() && !balancePolls.isEmpty(), 2500);
         QCOMPARE(gain->value(), 40);
         QCOMPARE(fake.device->reads, reads);
     }
@@ -300,6 +308,13 @@ private:
              form.findChildren<QPushButton*>(QStringLiteral("categoryTitle")))
             texts << title->text();
         return texts;
+    }
+    /// The one that polls.
+    template <class Panel>
+    QTimer* timerOf() const
+    {
+        return page->findChild<Panel*>()->template findChild<QTimer*>(QString(),
+                                                                      Qt::FindDirectChildrenOnly);
     }
     ZoCategoryToolBox* toolBox() const { return page->findChild<ZoCategoryToolBox*>(); }
     ZoLinkLabel* name() const { return page->findChild<ZoLinkLabel*>(); }
