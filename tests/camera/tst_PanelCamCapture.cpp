@@ -4,7 +4,6 @@
 #include "app/Application.h"
 
 #include <QGroupBox>
-#include <QLayout>
 #include <QToolButton>
 #include <QtTest>
 
@@ -32,11 +31,6 @@ private slots:
              {"toolButtonStartRecord", "toolButtonPauseRecord", "toolButtonStopRecord"})
             QVERIFY2(group("groupVideo")->isAncestorOf(button(name)), name);
         QCOMPARE(panel->findChildren<QToolButton*>().size(), 4);
-    }
-
-    void theMarginsAreThoseOfAllPanels()
-    {
-        QCOMPARE(panel->layout()->contentsMargins(), QMargins(4, 4, 4, 4));
     }
 
     void eachButtonHasItsIconAndSaysWhatItDoes_data()
