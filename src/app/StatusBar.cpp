@@ -48,6 +48,8 @@ StatusBar::StatusBar(QStatusBar* bar, QAction* fullscreenAction, QAction* listAc
     connect(bar, &QStatusBar::messageChanged, this, &StatusBar::restoreRecordNotice);
 }
 
+StatusBar::~StatusBar() = default;
+
 void StatusBar::showMessage(const QString& text, int timeout)
 {
     statusBar->showMessage(text, timeout);
@@ -179,13 +181,14 @@ void StatusBar::startBlinking()
 {
     auto* effect = new QGraphicsOpacityEffect(recordLabel);
     recordLabel->setGraphicsEffect(effect);
-    auto* animation = new QPropertyAnimation(effect, QByteArrayLiteral("opacity"), this);
+    auto animation = std::make_unique<QPropertyAnimation>(effect, QByteArrayLiteral("opacity"));
     animation->setDuration(blinkDuration);
     animation->setStartValue(0.1);
     animation->setEndValue(1.0);
     animation->setEasingCurve(QEasingCurve::InOutQuart);
     animation->setLoopCount(-1);
     animation->start();
+    blinking.push_back(std::move(animation));
 }
 
 void StatusBar::startRecordTimer()

@@ -3,8 +3,12 @@
 #include <QElapsedTimer>
 #include <QObject>
 
+#include <memory>
+#include <vector>
+
 class QAction;
 class QLabel;
+class QPropertyAnimation;
 class QSlider;
 class QStatusBar;
 class QTimer;
@@ -20,6 +24,7 @@ class StatusBar final : public QObject
 
 public:
     StatusBar(QStatusBar* bar, QAction* fullscreenAction, QAction* listAction);
+    ~StatusBar() override;
 
     /// `timeout` in milliseconds; 0 for a text that stays.
     void showMessage(const QString& text, int timeout);
@@ -67,6 +72,8 @@ private:
     QLabel* fpsLabel = nullptr;
     QTimer* recordTimer = nullptr;
     QElapsedTimer recordTime;
+    /// One a recording, which stops with its indicator and stays.
+    std::vector<std::unique_ptr<QPropertyAnimation>> blinking;
     QWidget* recordSpace = nullptr; ///< Holds the indicator's place while there is none.
     QString recordNotice;           ///< Empty while there is nothing to tell.
 };

@@ -1,13 +1,36 @@
 #include "app/StatusBar.h"
 
 #include <QAction>
+#include <QAnimationDriver>
+#include <QGraphicsOpacityEffect>
 #include <QLabel>
-#include <QPropertyAnimation>
 #include <QSignalSpy>
 #include <QSlider>
 #include <QStatusBar>
 #include <QToolButton>
 #include <QtTest>
+
+namespace {
+
+/// While it lives, animations run by the time that a test sets.
+class AnimationClock final : public QAnimationDriver
+{
+public:
+    AnimationClock() { install(); }
+    ~AnimationClock() override { uninstall(); }
+
+    void advanceTo(qint64 milliseconds)
+    {
+        now = milliseconds;
+        advance();
+    }
+    qint64 elapsed() const override { return now; }
+
+private:
+    qint64 now = 0;
+};
+
+} // namespace
 
 class tst_StatusBar : public QObject
 {
@@ -139,14 +162,47 @@ private slots:
         QCOMPARE(label->text(), QStringLiteral("<img src=\":/images/record_indicator.png\">"
                                                " 00:00:00"));
         QVERIFY(label->x() > fpsLabel()->x());
-        auto* blink = status->findChild<QPropertyAnimation*>();
-        QVERIFY(blink);
-        QCOMPARE(blink->state(), QAbstractAnimation::Running);
-        QCOMPARE(blink->duration(), 2000);
-        QCOMPARE(blink->startValue().toDouble(), 0.1);
-        QCOMPARE(blink->endValue().toDouble(), 1.0);
-        QCOMPARE(blink->loopCount(), -1);
-        QCOMPARE(blink->easingCurve().type(), QEasingCurve::InOutQuart);
+    }
+
+    // A quarter of the way the curve, a fourth power, is at 8 / 4 ^ 4 = 0.03125 of its height.
+    void theIndicatorFadesInAgainAndAgain_data()
+    {
+        QTest::addColumn<qint64>("milliseconds");
+        QTest::addColumn<double>("opacity");
+        QTest::newRow("start") << qint64(0) << 0.1;
+        QTest::newRow("a quarter") << qint64(500) << 0.1 + 0.9 * 0.03125;
+        QTest::newRow("half") << qint64(1000) << 0.55;
+        QTest::newRow("three quarters") << qint64(1500) << 1.0 - 0.9 * 0.03125;
+        QTest::newRow("over again") << qint64(2000) << 0.1;
+        QTest::newRow("half again") << qint64(203000) << 0.55;
+    }
+
+    void theIndicatorFadesInAgainAndAgain()
+    {
+        QFETCH(qint64, milliseconds);
+        QFETCH(double, opacity);
+        AnimationClock clock;
+        QTRY_VERIFY(!clock.isRunning());
+        status->showRecordIndicator(true);
+        QTRY_VERIFY(clock.isRunning());
+        clock.advanceTo(milliseconds);
+        const auto* effect =
+            qobject_cast<const QGraphicsOpacityEffect*>(recordLabel()->graphicsEffect());
+        QVERIFY(effect);
+        QVERIFY(qAbs(effect->opacity() - opacity) < 1e-9);
+    }
+
+    // It stops by itself when the indicator is gone.
+    void theFadingHasNoParent()
+    {
+        AnimationClock clock;
+        QTRY_VERIFY(!clock.isRunning());
+        status->showRecordIndicator(true);
+        QTRY_VERIFY(clock.isRunning());
+        QVERIFY(!bar->findChild<QAbstractAnimation*>());
+        status->showRecordIndicator(false);
+        clock.advanceTo(1);
+        QTRY_VERIFY(!clock.isRunning());
     }
 
     void aSecondStartKeepsTheIndicator()
