@@ -1,3 +1,4 @@
+#include "ImitatedCamera.h"
 #include "gige/VisionDevice.h"
 
 #include <QtTest>
@@ -5,18 +6,11 @@
 #include <future>
 #include <thread>
 
-using zolens::AravisPointer;
 using zolens::VisionDevice;
 
 namespace {
 
 constexpr std::chrono::milliseconds moment(500);
-
-AravisPointer<ArvCamera> imitatedCamera()
-{
-    const AravisPointer<ArvDevice> device(arv_fake_device_new("1", nullptr));
-    return AravisPointer<ArvCamera>(arv_camera_new_with_device(device.get(), nullptr));
-}
 
 /// Runs when the object that it is noted at ends.
 void noteThread(gpointer thread, GObject*)
