@@ -255,6 +255,7 @@ void MainWindow::openNetworkDevice(int type, QString url)
 void MainWindow::openSelectDeviceDialog()
 {
     SelectDeviceDialog dialog(openedDevices(), nullptr);
+    dialog.askForOpenedDevices([this] { return openedDevices(); });
     connect(&dialog, &SelectDeviceDialog::openUsbDevice, this, &MainWindow::openUsbDevice);
     connect(&dialog, &SelectDeviceDialog::openNetworkDevice, this, &MainWindow::openNetworkDevice);
     dialog.exec();

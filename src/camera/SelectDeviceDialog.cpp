@@ -12,6 +12,8 @@
 #include <QSignalBlocker>
 #include <QUrl>
 
+#include <utility>
+
 namespace {
 
 constexpr int wifiTab = 1;
@@ -54,6 +56,11 @@ SelectDeviceDialog::~SelectDeviceDialog()
     notifications.reset();
 }
 
+void SelectDeviceDialog::askForOpenedDevices(std::function<QList<QPair<int, int>>()> ask)
+{
+    openedNow = std::move(ask);
+}
+
 bool SelectDeviceDialog::nativeEvent(const QByteArray& eventType, void* message, long* result)
 {
     if (notifications)
@@ -64,6 +71,8 @@ bool SelectDeviceDialog::nativeEvent(const QByteArray& eventType, void* message,
 void SelectDeviceDialog::refreshUSBDevices()
 {
     const std::vector<_tag_VideoDeviceInfo> devices = CWFactory::videoDeviceList();
+    if (openedNow)
+        opened = openedNow();
     qDebug().noquote() << QStringLiteral("%1 devices found.").arg(devices.size());
     ui->listWidget->clear();
     for (const _tag_VideoDeviceInfo& device : devices) {

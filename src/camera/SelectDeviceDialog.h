@@ -5,6 +5,7 @@
 #include <QPair>
 #include <QTimer>
 
+#include <functional>
 #include <memory>
 
 class DeviceNotifications;
@@ -27,6 +28,10 @@ public:
     /// `openedDevices` holds type and index of the devices that are open already.
     SelectDeviceDialog(const QList<QPair<int, int>>& openedDevices, QWidget* parent);
     ~SelectDeviceDialog() override;
+
+    /// From now on the open devices are asked for before every list of cameras: while the dialog is
+    /// up, one that is open may go, and another may get its number.
+    void askForOpenedDevices(std::function<QList<QPair<int, int>>()> ask);
 
 signals:
     void openUsbDevice(int type, int index);
@@ -61,6 +66,7 @@ private:
 
     std::unique_ptr<Ui::SelectDeviceDialog> ui;
     QList<QPair<int, int>> opened;
+    std::function<QList<QPair<int, int>>()> openedNow; ///< Null where they stay the same.
     QTimer scanTimer{this};
     std::unique_ptr<DeviceNotifications> notifications; ///< Null when the system refused them.
 };

@@ -4,6 +4,7 @@
 #include "app/Application.h"
 #include "app/ModalDialog.h"
 #include "camera/SelectDeviceDialog.h"
+#include "camera/UdevTestbed.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
 #include "support/fakev4l2/CameraBench.h"
@@ -19,9 +20,12 @@
 namespace {
 
 constexpr int frameTime = 20000;
+constexpr int refreshTime = 10000;
 constexpr int node = 0;
 const QSize firstSize(640, 480);
 const QSize nextSize(320, 240);
+const QByteArray sameProduct("5678");
+const QByteArray otherProduct("9abc");
 
 } // namespace
 
@@ -35,6 +39,7 @@ private slots:
     {
         setApplicationNames();
         zolens::setCaptureHost(bench.host());
+        testbed.addCamera(node, "Announced camera");
     }
 
     void init()
@@ -62,6 +67,53 @@ private slots:
         QVERIFY(choose());
         QVERIFY(!camera()->isGone());
         QTRY_COMPARE_WITH_TIMEOUT(shownSize(), nextSize, frameTime);
+    }
+
+    void aCameraThatIsPluggedInUnderTheDialogCanBeChosen_data()
+    {
+        QTest::addColumn<QByteArray>("productId");
+        QTest::addColumn<bool>("byButton");
+        QTest::newRow("the same, by itself") << sameProduct << false;
+        QTest::newRow("the same, by the button") << sameProduct << true;
+        QTest::newRow("another in its place, by itself") << otherProduct << false;
+    }
+
+    void aCameraThatIsPluggedInUnderTheDialogCanBeChosen()
+    {
+        QFETCH(QByteArray, productId);
+        QFETCH(bool, byButton);
+        bool wasGrey = false;
+        bool wasChosen = false;
+        DialogAnswer<SelectDeviceDialog> answer([&](SelectDeviceDialog* dialog) {
+            wasGrey = !isSelectable(dialog);
+            unplug();
+            plug(nextSize, productId);
+            if (byButton)
+                refresh(dialog);
+            else
+                testbed.tell(UdevTestbed::videoNode(node), "add");
+            wasChosen = QTest::qWaitFor([dialog] { return isSelectable(dialog); }, refreshTime) &&
+                        openFirst(dialog);
+            if (!wasChosen)
+                dialog->reject();
+        });
+        QMetaObject::invokeMethod(window.get(), "openSelectDeviceDialog");
+        QVERIFY(wasGrey);
+        QVERIFY(wasChosen);
+        QVERIFY(!camera()->isGone());
+        QTRY_COMPARE_WITH_TIMEOUT(shownSize(), nextSize, frameTime);
+    }
+
+    void aCameraThatIsThereStaysGreyUnderTheDialog()
+    {
+        bool staysGrey = false;
+        DialogAnswer<SelectDeviceDialog> answer([&staysGrey](SelectDeviceDialog* dialog) {
+            refresh(dialog);
+            staysGrey = !isSelectable(dialog);
+            dialog->reject();
+        });
+        QMetaObject::invokeMethod(window.get(), "openSelectDeviceDialog");
+        QVERIFY(staysGrey);
     }
 
     void aCameraThatDidNotOpenCanBeChosen()
@@ -98,11 +150,11 @@ private slots:
 
 private:
     /// A camera that has that size only.
-    std::shared_ptr<FakeCamera> plug(const QSize& size)
+    std::shared_ptr<FakeCamera> plug(const QSize& size, const QByteArray& productId = sameProduct)
     {
         const auto device = CameraBench::webcam();
         device->formats = {{V4L2_PIX_FMT_MJPEG, {size}, {}}};
-        bench.plug(node, device, "1234", "5678");
+        bench.plug(node, device, "1234", productId.constData());
         return device;
     }
     void open()
@@ -115,20 +167,40 @@ private:
         bench.unplug(node);
         QTRY_VERIFY(camera()->isGone());
     }
-    /// Opens the first camera of the dialog. False when that cannot be chosen.
+    static QListWidget* listOf(const SelectDeviceDialog* dialog)
+    {
+        return dialog->findChild<QListWidget*>(QStringLiteral("listWidget"));
+    }
+    /// Whether the first camera can be selected.
+    static bool isSelectable(const SelectDeviceDialog* dialog)
+    {
+        return listOf(dialog)->item(0)->flags().testFlag(Qt::ItemIsSelectable);
+    }
+    static void refresh(const SelectDeviceDialog* dialog)
+    {
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("pushButtonRefresh")),
+                          Qt::LeftButton);
+    }
+    /// False when the first camera cannot be selected.
+    static bool openFirst(const SelectDeviceDialog* dialog)
+    {
+        const QListWidget* list = listOf(dialog);
+        const QPoint place = list->visualItemRect(list->item(0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
+        if (!list->item(0)->isSelected())
+            return false;
+        QTest::mouseClick(dialog->findChild<QPushButton*>(QStringLiteral("pushButtonOpenCamera")),
+                          Qt::LeftButton);
+        return true;
+    }
+    /// Opens the first camera of a new dialog. False when that cannot be selected.
     bool choose()
     {
         bool possible = false;
         DialogAnswer<SelectDeviceDialog> answer([&possible](SelectDeviceDialog* dialog) {
-            auto* list = dialog->findChild<QListWidget*>(QStringLiteral("listWidget"));
-            const QPoint place = list->visualItemRect(list->item(0)).center();
-            QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
-            possible = list->item(0)->isSelected();
+            possible = openFirst(dialog);
             if (!possible)
-                return dialog->reject();
-            QTest::mouseClick(
-                dialog->findChild<QPushButton*>(QStringLiteral("pushButtonOpenCamera")),
-                Qt::LeftButton);
+                dialog->reject();
         });
         QMetaObject::invokeMethod(window.get(), "openSelectDeviceDialog");
         return possible;
@@ -148,6 +220,7 @@ private:
     }
 
     CameraBench bench;
+    UdevTestbed testbed;
     QTemporaryDir videos;
     std::unique_ptr<MainWindow> window;
 };
