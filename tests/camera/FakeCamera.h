@@ -7,7 +7,8 @@
 #include <map>
 #include <memory>
 
-/// A device that has what a test gives it and notes what is written to it. It makes no frames.
+/// A device that has what a test gives it and notes what is written to it. It makes no frames by
+/// itself.
 class FakeCamera final : public CWCamera
 {
 public:
@@ -38,6 +39,8 @@ public:
     std::vector<int> colorModes;
     std::vector<int> frequencies;
     int frequency = 0;
+    /// A device that runs already and whose frames pass for this one's. Null for none.
+    std::unique_ptr<CWCamera> frameSource;
     /// "format 1", "size 0", "still 1", "auto on", "balance 2", "12 = 500", "frequency 2" and
     /// "reset 13", in the order of the calls.
     QStringList written;
@@ -115,7 +118,11 @@ public:
         frequency = value;
     }
     bool start(zolens::FrameSink*) override { return true; }
-    void stop() override {}
+    void stop() override
+    {
+        if (frameSource)
+            frameSource->stop();
+    }
     QImage captureStill() override { return QImage(); }
     _tag_VideoDeviceInfo deviceInfo() const override { return {}; }
 

@@ -1,20 +1,14 @@
-#include "FakeBox.h"
+#include "ShownDialog.h"
 #include "UdevTestbed.h"
 
-#include "camera/SelectDeviceDialog.h"
 #include "support/ProcessUse.h"
 
 #include <zolens/CWFactory.h>
 #include <zolens/CWUVCFilter.h>
-#include <zolens/MyCamera.h>
 
 #include <QCoreApplication>
 #include <QLabel>
-#include <QLineEdit>
-#include <QListWidget>
-#include <QPushButton>
 #include <QSettings>
-#include <QTabWidget>
 #include <QtTest>
 
 #include <sys/resource.h>
@@ -70,7 +64,7 @@ const QString urlKey = QStringLiteral("cww/rtspurl");
 
 } // namespace
 
-class tst_SelectDeviceDialog : public QObject
+class tst_SelectDeviceDialog final : public QObject, protected ShownDialog
 {
     Q_OBJECT
 
@@ -168,6 +162,31 @@ private slots:
         QCOMPARE(usbList()->count(), 1);
         QVERIFY(!usbList()->item(0)->flags().testFlag(Qt::ItemIsEnabled));
         QVERIFY(areEnabled(dialog->findChildren<QPushButton*>()));
+    }
+
+    void openClosesWithoutOpeningWhereTheOnlyCameraIsGrey()
+    {
+        const FilterInForce filter({{0, 0, {}, CWDevice_Simulated}});
+        makeDialog({{CWDevice_Simulated, 0}});
+        QCOMPARE(usbList()->count(), 1);
+        QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openUsbDevice);
+        QTest::mouseClick(button("pushButtonOpenCamera"), Qt::LeftButton);
+        QCOMPARE(opened.count(), 0);
+        QCOMPARE(dialog->result(), int(QDialog::Accepted));
+        QVERIFY(!dialog->isVisible());
+    }
+
+    void whatIsOpenIsAskedForBeforeEveryList()
+    {
+        QList<QPair<int, int>> opened;
+        dialog->askForOpenedDevices([&opened] { return opened; });
+        QVERIFY(isEnabled(listed("Present camera")));
+        opened << qMakePair(int{CWDevice_Uvc}, present);
+        QTest::mouseClick(button("pushButtonRefresh"), Qt::LeftButton);
+        QVERIFY(!isEnabled(listed("Present camera")));
+        opened.clear();
+        QTest::mouseClick(button("pushButtonRefresh"), Qt::LeftButton);
+        QVERIFY(isEnabled(listed("Present camera")));
     }
 
     void withoutCamerasOpenClosesWithoutOpening()
@@ -312,11 +331,7 @@ private slots:
     void aBoxInTheListFillsTheAddress()
     {
         tabs()->setCurrentIndex(1);
-        auto* list = boxList();
-        auto* item = new QListWidgetItem(QStringLiteral("Box 10.0.0.9"));
-        item->setData(Qt::UserRole, QStringLiteral("10.0.0.9"));
-        list->addItem(item);
-        list->setCurrentItem(item);
+        boxList()->setCurrentItem(addBox(QStringLiteral("10.0.0.9")));
         QCOMPARE(edit("lineEditTarnlinkAddress")->text(), QStringLiteral("10.0.0.9"));
     }
 
@@ -333,9 +348,7 @@ private slots:
         QFETCH(QString, address);
         QFETCH(bool, possible);
         tabs()->setCurrentIndex(1);
-        auto* item = new QListWidgetItem(QStringLiteral("Box"));
-        item->setData(Qt::UserRole, address);
-        boxList()->addItem(item);
+        const QListWidgetItem* item = addBox(address);
         QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openNetworkDevice);
         const QPoint place = boxList()->visualItemRect(item).center();
         QTest::mouseClick(boxList()->viewport(), Qt::LeftButton, {}, place);
@@ -367,106 +380,38 @@ private slots:
         QCOMPARE(processuse::threadsNamed("zolens-scan"), 0);
     }
 
-    void aSelectedBoxIsLostWhenTheListIsMadeAnew()
+    void aChoiceIsToldBeforeTheDialogEnds_data()
     {
-        FakeBox first;
-        FakeBox::Options other;
-        other.address = QStringLiteral("10.0.0.3");
-        FakeBox second(other);
-        QVERIFY(first.start());
-        QVERIFY(second.start());
-        tabs()->setCurrentIndex(1);
-        QTRY_COMPARE_WITH_TIMEOUT(boxList()->count(), 2, 20000);
-        scanTimer()->stop();
-        boxList()->setCurrentRow(1);
-        QCOMPARE(edit("lineEditTarnlinkAddress")->text(), second.address());
-        scanTimer()->start();
-        QTRY_COMPARE_WITH_TIMEOUT(boxList()->currentRow(), 0, longEnough);
-        QVERIFY(boxList()->item(0)->isSelected());
-        QCOMPARE(edit("lineEditTarnlinkAddress")->text(), first.address());
-    }
-
-    void anAddressCanBeTypedWhileBoxesAreListed()
-    {
-        FakeBox box;
-        QVERIFY(box.start());
-        QLineEdit* address = edit("lineEditTarnlinkAddress");
-        tabs()->setCurrentIndex(1);
-        QTRY_COMPARE_WITH_TIMEOUT(address->text(), box.address(), 20000);
-        address->selectAll();
-        waitForRefresh();
-        QCOMPARE(address->selectedText(), box.address());
-        QTest::keyClicks(address, QStringLiteral("10.0."));
-        waitForRefresh();
-        QTest::keyClicks(address, QStringLiteral("0.9"));
-        waitForRefresh();
-        QCOMPARE(address->text(), QStringLiteral("10.0.0.9"));
-        QCOMPARE(boxList()->count(), 1);
-    }
-
-    void aBoxOpensByItsAddressAsItWasTyped()
-    {
-        FakeBox box;
-        QVERIFY(box.start());
-        for (const char* typed : {" 10.0.0.2\n", "10.2", "10.000.000.002"}) {
-            makeDialog({});
-            edit("lineEditTarnlinkAddress")->setText(QString::fromLatin1(typed));
-            tabs()->setCurrentIndex(1);
-            QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openNetworkDevice);
-            QTest::mouseClick(button("pushButtonTarnlinkConnect"), Qt::LeftButton);
-            QCOMPARE(opened.count(), 1);
-            MyCamera camera;
-            QVERIFY2(camera.open(CWDevice_NetworkBox, opened[0][1].toString()), typed);
-        }
-    }
-
-    void aBoxOfTheNetworkIsListedAndChosen_data()
-    {
+        QTest::addColumn<int>("tab");
         QTest::addColumn<bool>("byDoubleClick");
-        QTest::newRow("double click") << true;
-        QTest::newRow("connect") << false;
+        QTest::newRow("camera, Open") << 0 << false;
+        QTest::newRow("camera, double click") << 0 << true;
+        QTest::newRow("box, Connect") << 1 << false;
+        QTest::newRow("box, double click") << 1 << true;
     }
 
-    void aBoxOfTheNetworkIsListedAndChosen()
+    void aChoiceIsToldBeforeTheDialogEnds()
     {
+        QFETCH(int, tab);
         QFETCH(bool, byDoubleClick);
-        FakeBox box;
-        QVERIFY(box.start());
-        tabs()->setCurrentIndex(1);
-        QTRY_COMPARE_WITH_TIMEOUT(boxList()->count(), 1, 20000);
-        QListWidgetItem* item = boxList()->item(0);
-        QCOMPARE(item->text(), QStringLiteral("Aravis Fake 10.0.0.2"));
-        QVERIFY(item->flags().testFlag(Qt::ItemIsEnabled));
-        QCOMPARE(edit("lineEditTarnlinkAddress")->text(), box.address());
-        // Or else the list is made anew between the clicks.
-        scanTimer()->stop();
-        QSignalSpy opened(dialog.get(), &SelectDeviceDialog::openNetworkDevice);
-        const QPoint place = boxList()->visualItemRect(item).center();
-        QTest::mouseClick(boxList()->viewport(), Qt::LeftButton, {}, place);
+        tabs()->setCurrentIndex(tab);
+        if (tab == 1)
+            addBox(QStringLiteral("10.0.0.9"));
+        QStringList told;
+        const auto tellOpening = [&told] { told << QStringLiteral("opening"); };
+        connect(dialog.get(), &SelectDeviceDialog::openUsbDevice, this, tellOpening);
+        connect(dialog.get(), &SelectDeviceDialog::openNetworkDevice, this, tellOpening);
+        connect(dialog.get(), &QDialog::accepted, this, [&told] { told << QStringLiteral("end"); });
+        const QListWidget* list = tab == 0 ? usbList() : boxList();
+        const QPoint place = list->visualItemRect(list->item(0)).center();
+        QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, place);
         if (byDoubleClick)
-            QTest::mouseDClick(boxList()->viewport(), Qt::LeftButton, {}, place);
+            QTest::mouseDClick(list->viewport(), Qt::LeftButton, {}, place);
         else
-            QTest::mouseClick(button("pushButtonTarnlinkConnect"), Qt::LeftButton);
-        QCOMPARE(opened.count(), 1);
-        QCOMPARE(opened[0], QVariantList({7, box.address()}));
-        QVERIFY(!dialog->isVisible());
-    }
-
-    void leavingTheTabOrTheDialogEndsTheScan()
-    {
-        FakeBox box;
-        QVERIFY(box.start());
-        for (const bool byClosing : {false, true}) {
-            tabs()->setCurrentIndex(1);
-            QTRY_COMPARE_WITH_TIMEOUT(CWFactory::tarnlinkDeviceList().size(), std::size_t(1),
-                                      20000);
-            if (byClosing)
-                dialog.reset();
-            else
-                tabs()->setCurrentIndex(0);
-            QVERIFY(CWFactory::tarnlinkDeviceList().empty());
-            QTRY_COMPARE(processuse::threadsNamed("zolens-scan"), 0);
-        }
+            QTest::mouseClick(
+                button(tab == 0 ? "pushButtonOpenCamera" : "pushButtonTarnlinkConnect"),
+                Qt::LeftButton);
+        QCOMPARE(told, QStringList({QStringLiteral("opening"), QStringLiteral("end")}));
     }
 
     void anAcceptedUrlIsRememberedForTheNextTime()
@@ -516,11 +461,11 @@ private slots:
     }
 
 private:
-    void makeDialog(const QList<QPair<int, int>>& opened)
+    QListWidgetItem* addBox(const QString& address)
     {
-        dialog = std::make_unique<SelectDeviceDialog>(opened, nullptr);
-        dialog->show();
-        QVERIFY(QTest::qWaitForWindowActive(dialog.get()));
+        auto* item = new QListWidgetItem(QStringLiteral("Box"), boxList());
+        item->setData(Qt::UserRole, address);
+        return item;
     }
     void plugIn(int number, const char* name)
     {
@@ -540,33 +485,8 @@ private:
                            [](const QPushButton* each) { return each->isEnabled(); });
     }
     QString labelOf(int tab) const { return tabs()->widget(tab)->findChild<QLabel*>()->text(); }
-    QTabWidget* tabs() const { return dialog->findChild<QTabWidget*>(QStringLiteral("tabWidget")); }
-    QListWidget* usbList() const
-    {
-        return dialog->findChild<QListWidget*>(QStringLiteral("listWidget"));
-    }
-    QListWidget* boxList() const
-    {
-        return dialog->findChild<QListWidget*>(QStringLiteral("listWidgetTarnlink"));
-    }
-    QPushButton* button(const char* name) const
-    {
-        return dialog->findChild<QPushButton*>(QString::fromLatin1(name));
-    }
-    QLineEdit* edit(const char* name) const
-    {
-        return dialog->findChild<QLineEdit*>(QString::fromLatin1(name));
-    }
-    /// Until the list of boxes has been made anew.
-    void waitForRefresh() const
-    {
-        QSignalSpy refreshed(scanTimer(), &QTimer::timeout);
-        QVERIFY(refreshed.wait(longEnough));
-    }
-    QTimer* scanTimer() const { return dialog->findChild<QTimer*>(QStringLiteral("scanTimer")); }
 
     UdevTestbed testbed;
-    std::unique_ptr<SelectDeviceDialog> dialog;
 };
 
 QTEST_MAIN(tst_SelectDeviceDialog)
