@@ -1,4 +1,6 @@
 #include "DeviceClasses.h"
+#include "support/NoNewThread.h"
+#include "support/ProcessUse.h"
 #include "support/fakev4l2/CameraBench.h"
 
 #include <zolens/CWFactory.h>
@@ -27,6 +29,23 @@ class tst_CWFactory final : public QObject
     Q_OBJECT
 
 private slots:
+    // The first list of the process makes the scanner for USB3 Vision cameras, or a later one does.
+    void aListWithoutThreadsIsCompleteTheNextTime()
+    {
+        const char* scanner = "zolens-control";
+        QCOMPARE(processuse::threadsNamed(scanner), 0);
+        CameraBench bench;
+        bench.plug(0, CameraBench::webcam(), "1234", "5678");
+        zolens::setCaptureHost(bench.host());
+        {
+            const NoNewThread limit;
+            QCOMPARE(listedNames(), std::vector<std::string>{"Simulated microscope"});
+        }
+        QCOMPARE(listedNames().size(), std::size_t{2});
+        QTRY_COMPARE(processuse::threadsNamed(scanner), 1);
+        zolens::setCaptureHost({});
+    }
+
     void listsTheSimulatedMicroscopeLast()
     {
         const auto devices = CWFactory::videoDeviceList();

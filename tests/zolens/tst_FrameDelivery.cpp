@@ -1,5 +1,6 @@
 #include "frames/FrameDelivery.h"
 
+#include "support/NoNewThread.h"
 #include "support/ProcessUse.h"
 #include "support/TimeLimits.h"
 
@@ -110,6 +111,20 @@ private slots:
         QTRY_VERIFY(done);
         QCOMPARE(seen, pixels);
         QVERIFY(viewerThread != std::this_thread::get_id());
+    }
+
+    void whereNoThreadIsLeftNoViewerGetsAnything()
+    {
+        Keeper keeper;
+        {
+            const NoNewThread limit;
+            FrameDelivery delivery(std::ref(keeper), running);
+            QVERIFY(!delivery.isRunning());
+            QVERIFY(send(delivery, 1));
+        }
+        QCOMPARE(keeper.count(), 0);
+        const FrameDelivery delivery(std::ref(keeper), running);
+        QVERIFY(delivery.isRunning());
     }
 
     void keepsAtMostTwoFramesOutstanding()

@@ -1,3 +1,4 @@
+#include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
 
 #include <zolens/MyCamera.h>
@@ -51,6 +52,25 @@ private slots:
         QVERIFY(camera.getFormatedProperty(CMProperty_Gain, false).isEmpty());
         camera.close();
         camera.stopRecording();
+    }
+
+    void opensAndRecordsNothingWhereNoThreadIsLeft()
+    {
+        const QTemporaryDir folder;
+        const QString path = folder.filePath(QStringLiteral("video.mp4"));
+        MyCamera camera;
+        {
+            const NoNewThread limit;
+            QVERIFY(!camera.open(simulated, 0, true));
+            QVERIFY(!camera.camera);
+        }
+        QVERIFY(openSmall(camera));
+        {
+            const NoNewThread limit;
+            QVERIFY(!camera.startRecording(path));
+        }
+        QVERIFY(!QFile::exists(path));
+        QVERIFY(camera.startRecording(path));
     }
 
     void refusesDevicesThatAreNotThere_data()

@@ -2,6 +2,7 @@
 #include "PixelMeasures.h"
 #include "simulated/SimulatedCamera.h"
 #include "support/CameraValues.h"
+#include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
 
 #include <QtTest>
@@ -75,6 +76,19 @@ private slots:
             QVERIFY(standard >= range.lowest && standard <= range.highest);
             QCOMPARE(valueOf(camera, id), standard);
         }
+    }
+
+    void whereNoThreadIsLeftItDoesNotStart()
+    {
+        FrameCollector sink;
+        SimulatedCamera camera(true);
+        {
+            const NoNewThread limit;
+            QVERIFY(!camera.start(&sink));
+        }
+        QVERIFY(camera.captureStill().isNull());
+        QVERIFY(camera.start(&sink));
+        QVERIFY(sink.waitForFrames(1, std::chrono::seconds(20)));
     }
 
     void holdsValuesAtTheEndsOfTheirRange()

@@ -105,11 +105,21 @@ Devices captureDevices()
     return captureDevices(scanner.nodes(captureHost(), scanTime), filterInForce.get());
 }
 
+/// For the program's life, once the system has had a thread for it. For use on any thread.
+std::shared_ptr<TaskThread> usb3Scanner()
+{
+    static std::mutex mutex;
+    static std::shared_ptr<TaskThread> scanner;
+    const std::lock_guard lock(mutex);
+    if (!scanner || !scanner->isRunning())
+        scanner = std::make_shared<TaskThread>();
+    return scanner;
+}
+
 Devices usb3Devices()
 {
-    static TaskThread scanner;
     const auto scan = [filter = filterInForce.get()] { return usbVisionDevices(filter); };
-    return scanner.ask<Devices>(scan, scanTime).value_or(Devices());
+    return usb3Scanner()->ask<Devices>(scan, scanTime).value_or(Devices());
 }
 
 bool showsSimulated(const CWUVCFilter& filter)

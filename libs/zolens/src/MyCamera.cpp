@@ -51,7 +51,7 @@ bool MyCamera::start(std::unique_ptr<CWCamera> device)
     }
     auto frames = std::make_unique<zolens::FrameDelivery>(
         [this](const QImage& image) { emit getImage(image); }, pause);
-    if (!device->start(frames.get())) {
+    if (!frames->isRunning() || !device->start(frames.get())) {
         device.reset(); // Before the sink of its frames.
         return false;
     }

@@ -1,6 +1,7 @@
 #include "device/CaptureCamera.h"
 #include "device/CaptureSession.h"
 #include "support/CameraValues.h"
+#include "support/NoNewThread.h"
 #include "zolens/FrameCollector.h"
 
 #include <QElapsedTimer>
@@ -77,6 +78,19 @@ class tst_CaptureCamera final : public QObject
     Q_OBJECT
 
 private slots:
+    void whereNoThreadIsLeftItDoesNotOpen()
+    {
+        ScriptedCamera camera(bringFrames);
+        FrameCollector sink;
+        {
+            const NoNewThread limit;
+            QVERIFY(!camera.start(&sink));
+        }
+        QVERIFY(camera.captureStill().isNull());
+        QVERIFY(camera.start(&sink));
+        QVERIFY(sink.waitForFrames(1, patience));
+    }
+
     void aDeviceThatDoesNotOpenLeavesNothing()
     {
         FrameCollector sink;

@@ -1,5 +1,6 @@
 #include "device/CaptureSession.h"
 #include "device/CaptureWorker.h"
+#include "support/NoNewThread.h"
 #include "support/ProcessUse.h"
 #include "zolens/FrameCollector.h"
 
@@ -62,6 +63,19 @@ private slots:
         QVERIFY(still.get().isNull());
         QVERIFY(!session->controls());
         QVERIFY(timer.elapsed() < 15000);
+    }
+
+    void whereNoThreadIsLeftAllWhoWaitGetAnAnswer()
+    {
+        const auto session = std::make_shared<CaptureSession>(nullptr);
+        bool ran = false;
+        {
+            const NoNewThread limit;
+            const CaptureWorker worker({session, [&ran] { ran = true; }, "device-thread"});
+            QCOMPARE(session->opened.await(0ms), std::optional(false));
+            QCOMPARE(session->finished.await(0ms), std::optional(true));
+        }
+        QVERIFY(!ran);
     }
 
     void anOpeningThatSucceededStaysOne()

@@ -1,4 +1,5 @@
 #include "device/TaskThread.h"
+#include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
 
 #include <QElapsedTimer>
@@ -50,6 +51,7 @@ private slots:
     void runsOnAThreadOfItsOwn()
     {
         TaskThread thread;
+        QVERIFY(thread.isRunning());
         const auto id = thread.ask<std::thread::id>([] { return std::this_thread::get_id(); }, 5s);
         QVERIFY(id && *id != std::this_thread::get_id());
     }
@@ -68,6 +70,21 @@ private slots:
         QTRY_COMPARE(late.timesDone(), 1);
         QTRY_VERIFY(thread.ask<int>([] { return 5; }, 5s).has_value());
         QVERIFY(!refusedOneRan);
+    }
+
+    void isLateForEverWhereNoThreadIsLeft()
+    {
+        const NoNewThread limit;
+        TaskThread thread;
+        QVERIFY(!thread.isRunning());
+        QVERIFY(thread.isLate());
+        bool ran = false;
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!thread.ask<bool>([&ran] { return ran = true; }, 60s));
+        thread.post([&ran] { ran = true; });
+        QVERIFY(timer.elapsed() < timelimits::atOnce);
+        QVERIFY(!ran);
     }
 
     void endsWithoutWaitingForALateTask()

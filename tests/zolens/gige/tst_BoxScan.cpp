@@ -2,6 +2,7 @@
 #include "ImitatedBox.h"
 #include "OtherNetwork.h"
 #include "gige/BoxScan.h"
+#include "support/NoNewThread.h"
 #include "support/ProcessUse.h"
 #include "support/TimeLimits.h"
 
@@ -208,6 +209,17 @@ private slots:
             QVERIFY(CWFactory::tarnlinkDeviceList().empty());
             QTRY_COMPARE(processuse::threadsNamed("zolens-scan"), 0);
         }
+    }
+
+    void whereNoThreadIsLeftThereIsNoScan()
+    {
+        {
+            const NoNewThread limit;
+            QVERIFY(!BoxScan(1s).isRunning());
+            QVERIFY(!CWFactory::startTarnlinkDeviceScan(1));
+        }
+        QVERIFY(CWFactory::startTarnlinkDeviceScan(1));
+        CWFactory::stopTarnlinkDeviceScan();
     }
 
     void anyIntervalIsTaken()

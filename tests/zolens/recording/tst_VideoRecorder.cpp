@@ -3,6 +3,7 @@
 #include "CounterPicture.h"
 #include "RecordedVideo.h"
 #include "recording/PlainMp4.h"
+#include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
 
 #include <QTemporaryDir>
@@ -82,6 +83,19 @@ private slots:
             QVERIFY(std::abs(video.frames[i].duration - 0.033333) < 2 * exact);
         }
         QVERIFY(std::abs(video.seconds - 100 * 0.033333) < 0.002);
+    }
+
+    void whereNoThreadIsLeftNothingIsRecorded()
+    {
+        const QString other = folder->filePath(QStringLiteral("other.mp4"));
+        QElapsedTimer timer;
+        timer.start();
+        {
+            const NoNewThread limit;
+            QVERIFY(!VideoRecorder::start(other, [this](RecordingEnd) { ++ends; }));
+        }
+        QVERIFY(timer.elapsed() < timelimits::atOnce);
+        QVERIFY(!QFile::exists(other));
     }
 
     void aStoppedFileIsCompleteAtOnceAndSoonPlain()

@@ -1,12 +1,16 @@
 #include "DeviceClasses.h"
 #include "support/Gate.h"
+#include "support/NoNewThread.h"
 #include "support/fakev4l2/CameraBench.h"
+#include "v4l2/CaptureScan.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
 
 #include <atomic>
 #include <thread>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -40,6 +44,16 @@ private slots:
     }
 
     void listsAllByNumber() { QCOMPARE(numbers(), (std::vector<int>{0, 1, 2})); }
+
+    void nodesForWhichNoThreadIsLeftAreAskedTheNextTime()
+    {
+        zolens::CaptureScan scan;
+        {
+            const NoNewThread limit;
+            QVERIFY(scan.nodes(bench->host(), 60s).empty());
+        }
+        QCOMPARE(scan.nodes(bench->host(), 60s).size(), std::size_t(3));
+    }
 
     void aNodeThatCannotBeOpenedHidesNoOther()
     {

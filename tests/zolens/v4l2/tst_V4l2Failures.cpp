@@ -1,4 +1,5 @@
 #include "support/Gate.h"
+#include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
 #include "support/fakev4l2/CameraBench.h"
 #include "support/fakev4l2/TestPictures.h"
@@ -54,6 +55,7 @@ private slots:
     void restartsAStalledDevice();
     void restartsABrokenQueue();
     void triesUntilARestartWorks();
+    void triesUntilThereAreThreadsToDecode();
     void aLongExposureIsNoStall();
     void unpluggingEndsTheStream();
     void unpluggingEndsAStillUnderWay();
@@ -354,6 +356,22 @@ void tst_V4l2Failures::triesUntilARestartWorks()
     device->breakQueue();
     QVERIFY(sink.waitForFrames(20, 10s));
     QCOMPARE(camera.restarts(), quint64(3));
+}
+
+void tst_V4l2Failures::triesUntilThereAreThreadsToDecode()
+{
+    std::unique_ptr<NoNewThread> limit;
+    int starts = 0;
+    bench->system->before(VIDIOC_STREAMON, [&limit, &starts] {
+        if (++starts == 1)
+            limit = std::make_unique<NoNewThread>();
+    });
+    bench->system->before(VIDIOC_STREAMOFF, [&limit] { limit.reset(); });
+    FrameCollector sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 10s));
+    QCOMPARE(camera.restarts(), quint64(1));
 }
 
 void tst_V4l2Failures::aLongExposureIsNoStall()

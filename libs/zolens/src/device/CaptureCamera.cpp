@@ -78,7 +78,7 @@ bool CaptureCamera::start(FrameSink* sink)
     session = work.session;
     controls = std::make_unique<PatientControls>(session);
     worker = std::make_unique<CaptureWorker>(work);
-    const bool opened = session->opened.await(startTime).value_or(false);
+    const bool opened = controls->isRunning() && session->opened.await(startTime).value_or(false);
     if (!opened)
         stop();
     return opened;

@@ -1,6 +1,7 @@
 #include "CaptureWorker.h"
 
 #include "CaptureSession.h"
+#include "StartThread.h"
 
 #include <pthread.h>
 
@@ -10,29 +11,38 @@ namespace {
 /// A stream takes up to 100 ms to notice, and as much again around its last word to the server.
 constexpr std::chrono::milliseconds endingTime(350);
 
-void runThread(CaptureWork work)
+void answerAllWhoWait(CaptureSession& session)
+{
+    session.setControls(nullptr);
+    session.still.fulfil(QImage());
+    session.opened.settle(false);
+    session.finished.settle(true);
+}
+
+void runThread(CaptureWork& work)
 {
     pthread_setname_np(pthread_self(), work.threadName);
     work.run();
     work.run = nullptr;
-    work.session->setControls(nullptr);
-    work.session->still.fulfil(QImage());
-    work.session->opened.settle(false);
-    work.session->finished.settle(true);
+    answerAllWhoWait(*work.session);
 }
 
 } // namespace
 
 CaptureWorker::CaptureWorker(const CaptureWork& work)
     : session(work.session),
-      thread(runThread, work)
+      thread(startThread([own = work]() mutable { runThread(own); }))
 {
+    if (!thread.joinable())
+        answerAllWhoWait(*session);
 }
 
 CaptureWorker::~CaptureWorker()
 {
     session->sink.shut();
     session->wake.cancel();
+    if (!thread.joinable())
+        return;
     if (session->finished.await(endingTime))
         thread.join();
     else

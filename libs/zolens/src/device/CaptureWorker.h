@@ -18,7 +18,8 @@ struct CaptureWork
     const char* threadName = "";
 };
 
-/// The thread that keeps a session supplied with frames. Lives on the GUI thread.
+/// The thread that keeps a session supplied with frames. Where the system has none left, the device
+/// does not open. Lives on the GUI thread.
 class CaptureWorker final
 {
 public:

@@ -23,6 +23,8 @@ public:
     explicit PatientControls(std::shared_ptr<const CaptureSession> captureSession);
     ~PatientControls();
 
+    /// False when the system has not left what it takes: then there are the last answers only.
+    bool isRunning() const { return tasks.isRunning(); }
     /// Nothing for what the device lacks, and once it is gone.
     std::optional<double> read(tagCMProperty id);
     int whiteBalanceMode();

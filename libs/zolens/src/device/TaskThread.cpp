@@ -1,6 +1,7 @@
 #include "TaskThread.h"
 
 #include "Outcome.h"
+#include "StartThread.h"
 
 #include <pthread.h>
 
@@ -89,12 +90,14 @@ private:
 
 TaskThread::TaskThread()
     : queue(std::make_shared<Queue>()),
-      thread([tasks = queue] { tasks->run(); })
+      thread(startThread([tasks = queue] { tasks->run(); }))
 {
 }
 
 TaskThread::~TaskThread()
 {
+    if (!isRunning())
+        return;
     queue->end();
     if (queue->ended.await(endingTime))
         thread.join();
@@ -114,7 +117,7 @@ void TaskThread::noteDelay()
 
 bool TaskThread::isLate() const
 {
-    return queue->isDelayed();
+    return !isRunning() || queue->isDelayed();
 }
 
 } // namespace zolens

@@ -20,6 +20,8 @@ public:
     TaskThread(const TaskThread&) = delete;
     TaskThread& operator=(const TaskThread&) = delete;
 
+    /// False when the system has not left what it takes: it is late for ever then.
+    bool isRunning() const { return thread.joinable(); }
     /// The result of the task; nothing when it does not come in time, and at once, without running
     /// it, while the thread is late.
     template <typename T>

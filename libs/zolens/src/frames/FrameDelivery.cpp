@@ -1,6 +1,7 @@
 #include "FrameDelivery.h"
 
 #include "FrameRateMeter.h"
+#include "StartThread.h"
 
 #include <condition_variable>
 #include <mutex>
@@ -161,13 +162,20 @@ void FrameDelivery::Private::passToTap(const QImage& frame,
 FrameDelivery::FrameDelivery(Viewer viewer, const std::atomic<bool>& paused)
     : d(std::make_unique<Private>(std::move(viewer), paused))
 {
-    d->thread = std::thread([this] { d->run(); });
+    d->thread = startThread([this] { d->run(); });
 }
 
 FrameDelivery::~FrameDelivery()
 {
     d->outbox->close();
-    d->thread.join();
+    if (isRunning()) {
+        d->thread.join();
+    }
+}
+
+bool FrameDelivery::isRunning() const
+{
+    return d->thread.joinable();
 }
 
 QImage FrameDelivery::acquireFrame(const QSize& size)

@@ -24,6 +24,9 @@ public:
     FrameDelivery(Viewer viewer, const std::atomic<bool>& paused);
     ~FrameDelivery() override;
 
+    /// False when the system has not left what it takes: then no viewer gets anything.
+    bool isRunning() const;
+
     QImage acquireFrame(const QSize& size) override;
     void deliver(QImage&& frame) override;
 

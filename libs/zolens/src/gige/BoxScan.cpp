@@ -1,22 +1,16 @@
 #include "BoxScan.h"
 
 #include "BroadcastSocket.h"
+#include "StartThread.h"
 
 #include <pthread.h>
-
-#include <system_error>
 
 namespace zolens {
 
 BoxScan::BoxScan(std::chrono::milliseconds scanInterval) : interval(scanInterval)
 {
-    if (wakeUp.descriptor() < 0)
-        return;
-    try {
-        thread = std::thread([this] { run(); });
-    } catch (const std::system_error&) {
-        // Then there is none, as isRunning() tells.
-    }
+    if (wakeUp.descriptor() >= 0)
+        thread = startThread([this] { run(); });
 }
 
 BoxScan::~BoxScan()

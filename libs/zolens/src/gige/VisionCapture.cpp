@@ -2,6 +2,7 @@
 
 #include "DeviceNames.h"
 #include "NetworkBox.h"
+#include "StartThread.h"
 #include "UsbVision.h"
 #include "VisionControls.h"
 #include "VisionFormats.h"
@@ -177,19 +178,22 @@ bool VisionCapture::comeBack()
     return true;
 }
 
-/// What the camera does not answer to any more takes seconds, on a thread of its own. The box is
-/// free for a new connection a moment later if it lives.
+/// What the camera does not answer to any more takes seconds, on a thread of its own, or on this
+/// one where the system has none left. The box is free for a new connection a moment later if it
+/// lives.
 void VisionCapture::release()
 {
     controls->detach();
     if (!device)
         return;
     device->giveUp();
-    std::thread([lostStream = std::move(stream), lostDevice = std::move(device),
-                 bell = session]() mutable {
-        lostStream.reset();
-        lostDevice.reset();
-    }).detach();
+    std::thread thread = startThread(
+        [lostStream = std::move(stream), lostDevice = std::move(device), bell = session]() mutable {
+            lostStream.reset();
+            lostDevice.reset();
+        });
+    if (thread.joinable())
+        thread.detach();
 }
 
 CaptureEnd VisionCapture::capture()

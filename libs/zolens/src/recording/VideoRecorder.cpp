@@ -1,5 +1,7 @@
 #include "VideoRecorder.h"
 
+#include "StartThread.h"
+
 namespace zolens {
 namespace {
 
@@ -26,7 +28,7 @@ std::unique_ptr<VideoRecorder> VideoRecorder::start(const QString& path, Recordi
     const Clock::time_point begin = Clock::now();
     auto recording = std::make_shared<Recording>(path, std::move(ended));
     std::unique_ptr<VideoRecorder> recorder(new VideoRecorder(std::move(recording)));
-    if (recorder->recording->isRunning(begin + openingTime))
+    if (recorder->thread.joinable() && recorder->recording->isRunning(begin + openingTime))
         return recorder;
     recorder->stopped = begin; // The time of its end has passed too.
     return nullptr;
@@ -34,12 +36,14 @@ std::unique_ptr<VideoRecorder> VideoRecorder::start(const QString& path, Recordi
 
 VideoRecorder::VideoRecorder(std::shared_ptr<Recording> newRecording)
     : recording(std::move(newRecording)),
-      thread([shared = recording] { shared->run(); })
+      thread(startThread([shared = recording] { shared->run(); }))
 {
 }
 
 VideoRecorder::~VideoRecorder()
 {
+    if (!thread.joinable())
+        return;
     recording->forgetListener();
     stop();
     if (endRewriting())

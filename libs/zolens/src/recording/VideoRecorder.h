@@ -13,8 +13,8 @@ namespace zolens {
 class VideoRecorder final
 {
 public:
-    /// Null when the path cannot hold a recording or the disk does not answer in time. `ended` is
-    /// called from the recorder's thread.
+    /// Null when the path cannot hold a recording, the disk does not answer in time, or the system
+    /// has no thread left. `ended` is called from the recorder's thread.
     static std::unique_ptr<VideoRecorder> start(const QString& path, Recording::Ended ended);
     /// Leaves at least a complete file behind.
     ~VideoRecorder();

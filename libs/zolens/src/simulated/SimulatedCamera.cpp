@@ -3,6 +3,7 @@
 #include "AutomaticControl.h"
 #include "MicroscopeImager.h"
 #include "PropertyTable.h"
+#include "StartThread.h"
 #include "frames/FrameSink.h"
 
 #include <algorithm>
@@ -65,8 +66,12 @@ bool SimulatedCamera::start(FrameSink* sink)
     running = true;
     frameNumber = 0;
     imager = std::make_unique<MicroscopeImager>();
-    thread = std::thread([this, sink] { run(sink); });
-    return true;
+    thread = startThread([this, sink] { run(sink); });
+    if (thread.joinable()) {
+        return true;
+    }
+    stop();
+    return false;
 }
 
 void SimulatedCamera::stop()
@@ -79,8 +84,8 @@ void SimulatedCamera::stop()
     if (thread.joinable()) {
         imager->cancel();
         thread.join();
-        imager.reset();
     }
+    imager.reset();
 }
 
 void SimulatedCamera::run(FrameSink* sink)

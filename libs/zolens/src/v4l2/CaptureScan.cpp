@@ -1,5 +1,7 @@
 #include "CaptureScan.h"
 
+#include "StartThread.h"
+
 #include <pthread.h>
 
 #include <atomic>
@@ -41,18 +43,31 @@ public:
     std::shared_ptr<Query> ask(const V4l2Host& host, int number)
     {
         const std::lock_guard<std::mutex> lock(mutex);
-        auto& query = underWay[nodePath(host, number)];
-        if (!query) {
-            query = std::make_shared<Query>();
-            std::thread([all = shared_from_this(), query, host, number] {
-                pthread_setname_np(pthread_self(), "zolens-scan");
-                all->settle(*query, host, number);
-            }).detach();
-        }
+        const QString path = nodePath(host, number);
+        if (const auto found = underWay.find(path); found != underWay.end())
+            return found->second;
+        auto query = std::make_shared<Query>();
+        if (start(query, host, number))
+            underWay[path] = query;
+        else
+            query->promise.set_value(std::nullopt);
         return query;
     }
 
 private:
+    /// False when the system has no thread left.
+    bool start(const std::shared_ptr<Query>& query, const V4l2Host& host, int number)
+    {
+        std::thread thread = startThread([all = shared_from_this(), query, host, number] {
+            pthread_setname_np(pthread_self(), "zolens-scan");
+            all->settle(*query, host, number);
+        });
+        if (!thread.joinable())
+            return false;
+        thread.detach();
+        return true;
+    }
+
     /// Whoever has the answer may ask anew.
     void settle(Query& query, const V4l2Host& host, int number)
     {

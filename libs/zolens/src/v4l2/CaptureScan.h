@@ -10,7 +10,8 @@ namespace zolens {
 
 /// Asks the device nodes of a machine what they are, each on a thread of its own that ends with the
 /// answer, so that one which hangs hides no other. Such a node is left out and not asked again
-/// until it has answered. Thread-safe.
+/// until it has answered. One for which the system has no thread left is left out once.
+/// Thread-safe.
 class CaptureScan final
 {
 public:

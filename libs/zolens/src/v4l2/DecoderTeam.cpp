@@ -1,5 +1,6 @@
 #include "DecoderTeam.h"
 
+#include "StartThread.h"
 #include "V4l2Session.h"
 
 #include <pthread.h>
@@ -31,10 +32,14 @@ DecoderTeam::DecoderTeam(V4l2Session& v4l2Session, const V4l2Stream& v4l2Stream,
     }
 }
 
+/// There is one fewer where the system has no thread left for it.
 void DecoderTeam::add(std::unique_ptr<FrameDecoder> decoder)
 {
+    std::thread thread = startThread([this, worker = decoder.get()] { run(*worker); });
+    if (!thread.joinable())
+        return;
     decoders.push_back(std::move(decoder));
-    threads.emplace_back([this, worker = decoders.back().get()] { run(*worker); });
+    threads.push_back(std::move(thread));
 }
 
 DecoderTeam::~DecoderTeam()

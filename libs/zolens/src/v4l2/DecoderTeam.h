@@ -27,6 +27,8 @@ public:
     /// Finishes what is being decoded.
     ~DecoderTeam();
 
+    /// False when the system has not left what it takes to decode anything.
+    bool isRunning() const { return !threads.empty(); }
     /// The frame goes back to the driver when it is done.
     void submit(const DriverFrame& frame);
 

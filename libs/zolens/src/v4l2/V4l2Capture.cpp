@@ -145,6 +145,8 @@ int V4l2Capture::startPreview()
 CaptureEnd V4l2Capture::capture()
 {
     DecoderTeam team(session, *stream, std::move(decoder));
+    if (!team.isRunning())
+        return CaptureEnd::Stalled;
     auto watchdog = FrameWatchdog::startedAt(StreamClock::now(), stream->frameTime());
     DriverFrame frame;
     auto interruption = session.interruption(running);
