@@ -85,7 +85,9 @@ bool MyCamera::startRecording(const QString& path)
         return false;
     }
     stopRecording();
-    forgetRewriting(path);
+    if (!letGo(path)) {
+        return false;
+    }
     recorder = zolens::VideoRecorder::start(path, [this](zolens::RecordingEnd reason) {
         const auto tell = [this, reason] {
             emit recordingEnded(zolens::RecordingEndText::text(reason));
@@ -114,13 +116,12 @@ void MyCamera::stopRecording()
     rewriting.push_back(std::move(recorder));
 }
 
-/// A new recording in the same place must not be replaced by an older one.
-void MyCamera::forgetRewriting(const QString& path)
+/// A new recording in the same place must not be mixed with an older one or replaced by it.
+bool MyCamera::letGo(const QString& path)
 {
-    rewriting.erase(
-        std::remove_if(rewriting.begin(), rewriting.end(),
-                       [&path](const auto& earlier) { return isSameFile(earlier->path(), path); }),
-        rewriting.end());
+    return std::all_of(rewriting.begin(), rewriting.end(), [&path](const auto& earlier) {
+        return !isSameFile(earlier->path(), path) || earlier->letGo();
+    });
 }
 
 float MyCamera::frameRate() const

@@ -3,12 +3,31 @@
 #include <QDir>
 #include <QFile>
 
+#include <condition_variable>
 #include <csignal>
+#include <limits>
+#include <mutex>
 
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
+
+/// Through which every call of fdatasync() goes.
+struct SyncGate
+{
+    std::mutex mutex;
+    std::condition_variable changed;
+    int passing = std::numeric_limits<int>::max();
+    int callers = 0;
+};
+
+SyncGate& syncGate()
+{
+    static SyncGate gate;
+    return gate;
+}
 
 /// -1 when this process has not opened the file.
 int descriptorOf(const QString& path)
@@ -67,4 +86,44 @@ void HangingOpening::recover()
     if (holder >= 0)
         close(holder);
     holder = -1;
+}
+
+HangingSync::HangingSync(int passing)
+{
+    const std::lock_guard lock(syncGate().mutex);
+    syncGate().passing = passing;
+}
+
+HangingSync::~HangingSync()
+{
+    recover();
+}
+
+int HangingSync::callers() const
+{
+    const std::lock_guard lock(syncGate().mutex);
+    return syncGate().callers;
+}
+
+void HangingSync::recover()
+{
+    {
+        const std::lock_guard lock(syncGate().mutex);
+        syncGate().passing = std::numeric_limits<int>::max();
+    }
+    syncGate().changed.notify_all();
+}
+
+// Takes the place of the system's, for the libraries too.
+extern "C" int fdatasync(int file)
+{
+    SyncGate& gate = syncGate();
+    {
+        std::unique_lock lock(gate.mutex);
+        ++gate.callers;
+        gate.changed.wait(lock, [&gate] { return gate.passing > 0; });
+        --gate.callers;
+        --gate.passing;
+    }
+    return static_cast<int>(syscall(SYS_fdatasync, file));
 }

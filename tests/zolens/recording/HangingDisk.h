@@ -32,3 +32,18 @@ public:
 private:
     int holder = -1;
 };
+
+/// Handing over to the disk what was written hangs, in the whole process, after `passing` times
+/// that do not.
+class HangingSync final
+{
+public:
+    explicit HangingSync(int passing = 0);
+    ~HangingSync();
+    Q_DISABLE_COPY(HangingSync)
+
+    /// Those that hang.
+    int callers() const;
+    /// They come back at last.
+    void recover();
+};

@@ -146,6 +146,47 @@ private slots:
         QTRY_VERIFY(!RecordedVideo::isFragmented(path));
     }
 
+    void aRewritingThatHangsNeverTakesThePlaceOfTheNextRecording_data()
+    {
+        QTest::addColumn<bool>("otherCamera");
+        QTest::newRow("of the same camera") << false;
+        QTest::newRow("of another camera") << true;
+    }
+
+    void aRewritingThatHangsNeverTakesThePlaceOfTheNextRecording()
+    {
+        QFETCH(bool, otherCamera);
+        HangingSync disk;
+        recordUntilRewriting(path, disk);
+        if (otherCamera) {
+            camera.reset();
+            openCamera();
+        }
+        QVERIFY(camera->startRecording(path));
+        disk.recover();
+        QTest::qWait(1000);
+        camera->stopRecording();
+        // The first one lasted for three frames.
+        const RecordedVideo video = RecordedVideo::read(path);
+        QVERIFY2(video.seconds > 0.8, qPrintable(QString::number(video.seconds)));
+    }
+
+    void whereTheDiskHangsInReplacingAFileNothingIsRecorded()
+    {
+        HangingSync disk(1);
+        recordUntilRewriting(path, disk);
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(!camera->startRecording(path));
+        QVERIFY2(timer.elapsed() < timelimits::recording,
+                 qPrintable(QString::number(timer.elapsed())));
+        disk.recover();
+        QVERIFY(QTest::qWaitFor([this] { return camera->startRecording(path); }));
+        waitForFrames(3);
+        camera->stopRecording();
+        QVERIFY(RecordedVideo::read(path).readable);
+    }
+
     void withoutDeviceOrPathNothingIsRecorded()
     {
         QVERIFY(!camera->startRecording(QString()));
@@ -191,7 +232,8 @@ private slots:
         QVERIFY2(timer.elapsed() < timelimits::recording,
                  qPrintable(QString::number(timer.elapsed())));
         waitForFrames(10);
-        // Another one, on a disk that answers.
+        // Not what is still written, but another one, on a disk that answers.
+        QVERIFY(!camera->startRecording(path));
         const QString other = folder->filePath(QStringLiteral("other.mp4"));
         QVERIFY(camera->startRecording(other));
         waitForFrames(5);
@@ -253,6 +295,15 @@ private:
         const QObject context;
         connect(camera.get(), &MyCamera::getImage, &context, [&seen] { ++seen; });
         QTRY_VERIFY_WITH_TIMEOUT(seen >= count, 20000);
+    }
+
+    /// Until its end and those of others hang.
+    void recordUntilRewriting(const QString& file, const HangingSync& disk, int callers = 1)
+    {
+        QVERIFY(camera->startRecording(file));
+        waitForFrames(3);
+        camera->stopRecording();
+        QTRY_COMPARE(disk.callers(), callers);
     }
 
     /// Waits for the rewriting too.

@@ -368,8 +368,9 @@ private slots:
     void aCancelledRewritingLeavesTheRecording()
     {
         const QString other = recordedFragments();
-        const std::atomic<bool> cancelled{true};
-        QVERIFY(!zolens::rewriteAsPlainMp4(other, cancelled));
+        zolens::ReplacementPermit permit;
+        QVERIFY(permit.withdraw());
+        QVERIFY(!zolens::rewriteAsPlainMp4(other, &permit));
         QVERIFY(RecordedVideo::isFragmented(other));
         QCOMPARE(RecordedVideo::read(other).numbers(), upTo(19));
         QVERIFY(QFile::remove(other));
@@ -379,7 +380,9 @@ private slots:
     {
         const QString other = recordedFragments();
         const RecordedVideo before = RecordedVideo::read(other);
-        QVERIFY(zolens::rewriteAsPlainMp4(other, std::atomic<bool>(false)));
+        zolens::ReplacementPermit permit;
+        QVERIFY(zolens::rewriteAsPlainMp4(other, &permit));
+        QVERIFY(!permit.withdraw());
         const RecordedVideo after = RecordedVideo::read(other);
         QVERIFY(!RecordedVideo::isFragmented(other));
         QCOMPARE(after.numbers(), before.numbers());
@@ -395,10 +398,11 @@ private slots:
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write("no video");
         file.close();
-        QVERIFY(!zolens::rewriteAsPlainMp4(other, std::atomic<bool>(false)));
+        zolens::ReplacementPermit permit;
+        QVERIFY(!zolens::rewriteAsPlainMp4(other, &permit));
         QCOMPARE(file.size(), qint64{8});
         QVERIFY(file.remove());
-        QVERIFY(!zolens::rewriteAsPlainMp4(other, std::atomic<bool>(false)));
+        QVERIFY(!zolens::rewriteAsPlainMp4(other, &permit));
         QVERIFY(!QFile::exists(other));
     }
 

@@ -1,7 +1,5 @@
 #include "Recording.h"
 
-#include "PlainMp4.h"
-
 #include <algorithm>
 
 namespace zolens {
@@ -57,9 +55,9 @@ void Recording::close(Clock::time_point end)
     queue.close(end);
 }
 
-void Recording::cancelRewriting()
+bool Recording::cancelRewriting()
 {
-    rewritingCancelled = true;
+    return replacement.withdraw();
 }
 
 void Recording::forgetListener()
@@ -154,7 +152,7 @@ void Recording::finish()
     if (reason != RecordingEnd::None)
         tell(reason);
     else if (file.hasPictures())
-        rewriteAsPlainMp4(file.path(), rewritingCancelled);
+        rewriteAsPlainMp4(file.path(), &replacement);
 }
 
 RecordingEnd Recording::failure() const

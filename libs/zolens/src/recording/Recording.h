@@ -2,6 +2,7 @@
 
 #include "H264Encoder.h"
 #include "PictureQueue.h"
+#include "PlainMp4.h"
 #include "RecordingFile.h"
 
 #include <QImage>
@@ -39,8 +40,8 @@ public:
     void offer(const QImage& image, Clock::time_point arrival);
     /// Takes no more pictures; those that wait are encoded until `end`.
     void close(Clock::time_point end);
-    /// Leaves a complete file as it is.
-    void cancelRewriting();
+    /// Leaves a complete file as it is. False when it is being replaced, or was.
+    bool cancelRewriting();
     /// Ends are not told any more.
     void forgetListener();
 
@@ -67,7 +68,7 @@ private:
 
     PictureQueue queue;
     std::atomic<quint64> dropped{0};
-    std::atomic<bool> rewritingCancelled{false};
+    ReplacementPermit replacement;
 
     // The encoding thread's.
     PicturePool scaled;

@@ -71,12 +71,19 @@ void VideoRecorder::finishRewriting(Clock::time_point deadline)
     recording->cancelRewriting();
 }
 
+bool VideoRecorder::letGo()
+{
+    return recording->waitFor(Stage::Complete, Clock::now()) &&
+           (recording->cancelRewriting() ||
+            recording->waitFor(Stage::Over, Clock::now() + cancellingTime));
+}
+
 /// False when the thread hangs.
 bool VideoRecorder::endRewriting()
 {
     const bool complete = recording->waitFor(Stage::Complete, Clock::now());
-    if (complete)
-        finishRewriting(Clock::now() + rewritingTime);
+    const auto patience = complete ? rewritingTime : 0s;
+    finishRewriting(Clock::now() + patience);
     return complete && recording->waitFor(Stage::Over, Clock::now() + cancellingTime);
 }
 

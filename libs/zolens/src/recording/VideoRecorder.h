@@ -26,6 +26,9 @@ public:
     void stop();
     /// Waits for the plain MP4 until then, and leaves the file as it is if that takes longer.
     void finishRewriting(Recording::Clock::time_point deadline);
+    /// Leaves the file alone from now on, after stop(). False when the disk hangs in the midst of
+    /// writing or replacing it.
+    bool letGo();
 
     /// False once the recording has ended by itself or by stop().
     bool isRecording() const;
