@@ -187,6 +187,29 @@ private slots:
         QVERIFY(RecordedVideo::read(path).readable);
     }
 
+    void manyRewritingsThatHangHoldTheEndUpNoLongerThanOne()
+    {
+        const auto before = processuse::settledHoldings();
+        HangingSync disk;
+        for (int number = 1; number <= 4; ++number) {
+            const QString name = QStringLiteral("%1.mp4").arg(number);
+            recordUntilRewriting(folder->filePath(name), disk, number);
+        }
+        QElapsedTimer timer;
+        timer.start();
+        camera.reset();
+        QVERIFY2(timer.elapsed() < timelimits::rewriting,
+                 qPrintable(QString::number(timer.elapsed())));
+        disk.recover();
+        QVERIFY(processuse::growthSince(before).isEmpty());
+        for (int number = 1; number <= 4; ++number) {
+            const QString file = folder->filePath(QStringLiteral("%1.mp4").arg(number));
+            QVERIFY(RecordedVideo::read(file).readable);
+            QVERIFY(RecordedVideo::isFragmented(file));
+        }
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden).size(), 4);
+    }
+
     void withoutDeviceOrPathNothingIsRecorded()
     {
         QVERIFY(!camera->startRecording(QString()));

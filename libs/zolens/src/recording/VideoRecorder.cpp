@@ -15,9 +15,9 @@ constexpr auto openingTime = 4s;
 constexpr auto encodingTime = 3s;
 /// Until the file is complete.
 constexpr auto finishingTime = 4s;
-/// For a rewriting that is under way when the recorder goes, and for its cancelling.
+/// For a rewriting that is under way when the recorder goes, and for the thread after it.
 constexpr auto rewritingTime = 1s;
-constexpr auto cancellingTime = 1s;
+constexpr auto endingTime = 1s;
 
 } // namespace
 
@@ -46,10 +46,14 @@ VideoRecorder::~VideoRecorder()
         return;
     recording->forgetListener();
     stop();
-    if (endRewriting())
-        thread.join();
-    else
+    if (!rewritingEnd)
+        finishRewriting(Clock::now() + rewritingTime);
+    const bool hangs =
+        isRecording() || !recording->waitFor(Stage::Over, *rewritingEnd + endingTime);
+    if (hangs)
         thread.detach();
+    else
+        thread.join();
 }
 
 void VideoRecorder::offer(const QImage& image, Clock::time_point arrival)
@@ -67,24 +71,17 @@ void VideoRecorder::stop()
 
 void VideoRecorder::finishRewriting(Clock::time_point deadline)
 {
-    recording->waitFor(Stage::Over, deadline);
+    if (!isRecording())
+        recording->waitFor(Stage::Over, deadline);
     recording->cancelRewriting();
+    rewritingEnd = Clock::now();
 }
 
 bool VideoRecorder::letGo()
 {
     return recording->waitFor(Stage::Complete, Clock::now()) &&
            (recording->cancelRewriting() ||
-            recording->waitFor(Stage::Over, Clock::now() + cancellingTime));
-}
-
-/// False when the thread hangs.
-bool VideoRecorder::endRewriting()
-{
-    const bool complete = recording->waitFor(Stage::Complete, Clock::now());
-    const auto patience = complete ? rewritingTime : 0s;
-    finishRewriting(Clock::now() + patience);
-    return complete && recording->waitFor(Stage::Over, Clock::now() + cancellingTime);
+            recording->waitFor(Stage::Over, Clock::now() + endingTime));
 }
 
 bool VideoRecorder::isRecording() const

@@ -24,7 +24,8 @@ public:
     void offer(const QImage& image, Recording::Clock::time_point arrival);
     /// The file is complete afterwards; the thread may go on making it a plain MP4.
     void stop();
-    /// Waits for the plain MP4 until then, and leaves the file as it is if that takes longer.
+    /// Waits for the plain MP4 until then, and leaves the file as it is if that takes longer. For
+    /// several recorders that go together, which then end together too.
     void finishRewriting(Recording::Clock::time_point deadline);
     /// Leaves the file alone from now on, after stop(). False when the disk hangs in the midst of
     /// writing or replacing it.
@@ -39,10 +40,9 @@ public:
 private:
     explicit VideoRecorder(std::shared_ptr<Recording> newRecording);
 
-    bool endRewriting();
-
     std::shared_ptr<Recording> recording;
     std::optional<Recording::Clock::time_point> stopped;
+    std::optional<Recording::Clock::time_point> rewritingEnd; ///< When it was waited for.
     std::thread thread;
 };
 
