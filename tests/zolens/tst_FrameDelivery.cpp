@@ -338,6 +338,39 @@ private slots:
         QCOMPARE(tapped, 1);
     }
 
+    void theTapBeginsWithTheFrameThatIsShown()
+    {
+        Keeper keeper;
+        std::atomic<bool> paused{false};
+        FrameDelivery delivery(std::ref(keeper), paused);
+        fillUp(delivery, keeper);
+        QVERIFY(send(delivery, 3)); // Waits, and nobody will see it.
+        paused = true;
+        std::vector<uint> tapped;
+        std::chrono::steady_clock::time_point arrived;
+        const auto before = std::chrono::steady_clock::now();
+        delivery.setTap([&](const QImage& image, auto arrival) {
+            tapped.push_back(numberOf(image));
+            arrived = arrival;
+        });
+        QCOMPARE(tapped, std::vector<uint>{2});
+        QVERIFY(arrived >= before && arrived <= std::chrono::steady_clock::now());
+        paused = false;
+        QVERIFY(send(delivery, 4));
+        QCOMPARE(tapped, (std::vector<uint>{2, 4}));
+    }
+
+    void theShownFrameCostsTheDeviceNoBuffer()
+    {
+        Keeper keeper;
+        FrameDelivery delivery(std::ref(keeper), running);
+        fillUp(delivery, keeper);
+        QVERIFY(send(delivery, 3));
+        const QImage filled = delivery.acquireFrame(frameSize);
+        const QImage spare = delivery.acquireFrame(frameSize);
+        QVERIFY(!filled.isNull() && !spare.isNull());
+    }
+
     void onceItEndedNoCallOfTheViewerIsUnderWayOrFollows()
     {
         // Each round ends at another moment of the viewer's.

@@ -81,6 +81,37 @@ private slots:
         QVERIFY2(video.seconds > 1.9, qPrintable(QString::number(video.seconds)));
     }
 
+    void aRecordingInAPauseShowsItsPicture()
+    {
+        camera->pause = true;
+        QVERIFY(camera->startRecording(path));
+        QTest::qWait(1500);
+        camera->stopRecording();
+        const RecordedVideo video = RecordedVideo::read(path);
+        QVERIFY(video.readable);
+        QVERIFY(!video.frames.empty());
+        QCOMPARE(video.frames.front().size, QSize(640, 480));
+        QVERIFY2(video.seconds > 0.9 && video.seconds < 1.6 + slackSeconds,
+                 qPrintable(QString::number(video.seconds)));
+    }
+
+    void aRecordingThatBeginsInAPauseLosesNoTime()
+    {
+        camera->pause = true;
+        QElapsedTimer time;
+        QVERIFY(camera->startRecording(path));
+        time.start();
+        QTest::qWait(1500);
+        camera->pause = false;
+        waitForFrames(5);
+        const double elapsed = double(time.elapsed()) / 1000;
+        camera->stopRecording();
+        const RecordedVideo video = RecordedVideo::read(path);
+        QVERIFY(video.readable);
+        QVERIFY2(video.seconds > 1.4 && video.seconds < elapsed + slackSeconds,
+                 qPrintable(QString::number(video.seconds)));
+    }
+
     void otherSizesKeepTheFileValid()
     {
         QVERIFY(camera->startRecording(path));

@@ -39,10 +39,10 @@ public:
 
     /// Takes a still picture; null on failure. Blocks until it has one.
     QImage snap();
-    /// Starts writing an MP4 file of the frames that come while not paused, in the time in which
-    /// they come; a pause is a still picture. False on failure: an empty or unwritable path, a full
-    /// disk or one that does not answer for 4 seconds, no open device, one that is gone, a
-    /// recording that is under way or hangs in writing the same file.
+    /// Starts writing an MP4 file of the last frame and of those that come while not paused, in the
+    /// time in which they come; a pause is a still picture. False on failure: an empty or
+    /// unwritable path, a full disk or one that does not answer for 4 seconds, no open device, one
+    /// that is gone, a recording that is under way or hangs in writing the same file.
     bool startRecording(const QString& path);
     /// The file plays afterwards, within 4 seconds; a little later it is a plain MP4 file, of the
     /// same name, if there was room. Harmless when nothing is recorded.

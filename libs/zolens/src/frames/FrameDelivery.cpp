@@ -121,6 +121,8 @@ public:
     void run();
     void countArrival();
     void passToTap(const QImage& frame, FrameRateMeter::Clock::time_point arrival);
+    void setShown(const QImage& frame);
+    QImage shownFrame() const;
 
     const Viewer viewer;
     const std::atomic<bool>& paused;
@@ -129,6 +131,8 @@ public:
     std::atomic<quint64> refused{0};
     mutable std::mutex meterMutex;
     FrameRateMeter meter;
+    mutable std::mutex shownMutex;
+    QImage shown; ///< The last one that the viewers got.
     std::mutex tapMutex;
     Tap tap;
     std::thread thread;
@@ -137,8 +141,10 @@ public:
 void FrameDelivery::Private::run()
 {
     for (QImage frame = outbox->take(); !frame.isNull(); frame = outbox->take()) {
+        const QImage pixels = frame;
         const QImage image = tracked(std::move(frame), outbox);
         if (!paused) {
+            setShown(pixels);
             viewer(image);
         }
     }
@@ -157,6 +163,18 @@ void FrameDelivery::Private::passToTap(const QImage& frame,
     if (tap) {
         tap(frame, arrival);
     }
+}
+
+void FrameDelivery::Private::setShown(const QImage& frame)
+{
+    const std::lock_guard lock(shownMutex);
+    shown = frame;
+}
+
+QImage FrameDelivery::Private::shownFrame() const
+{
+    const std::lock_guard lock(shownMutex);
+    return shown;
 }
 
 FrameDelivery::FrameDelivery(Viewer viewer, const std::atomic<bool>& paused)
@@ -204,6 +222,10 @@ void FrameDelivery::setTap(Tap tap)
 {
     const std::lock_guard lock(d->tapMutex);
     d->tap = std::move(tap);
+    const QImage shown = d->shownFrame();
+    if (d->tap && !shown.isNull()) {
+        d->tap(shown, FrameRateMeter::Clock::now());
+    }
 }
 
 float FrameDelivery::frameRate() const

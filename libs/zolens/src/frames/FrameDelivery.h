@@ -32,8 +32,9 @@ public:
 
     /// Lets every frame that the device delivers while not paused through `tap` too, also those
     /// that a slow viewer never gets. The tap is called on the device's thread, after the frame is
-    /// on its way to the viewers, and must not keep the image. No call is under way when this
-    /// returns.
+    /// on its way to the viewers, and must not keep the image. It begins with the last frame that
+    /// the viewers got, if any, within this call, as if that arrived now. No call is under way when
+    /// this returns.
     void setTap(Tap tap);
 
     /// Frames per second that arrived from the device over about the last second.
