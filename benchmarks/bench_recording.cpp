@@ -182,8 +182,8 @@ void encodeByProgram(const QString& source, const char* format, const QString& p
     const QString command =
         QStringLiteral("-v error -y -f rawvideo -pix_fmt %1 -s 1920x1080 -r 30 -stream_loop -1 "
                        "-i %2 -frames:v %3 -pix_fmt yuv420p -c:v libx264 -preset ultrafast -crf 20 "
-                       "-g 1000 -force_key_frames expr:gte(t,n_forced) -bf 0 -sc_threshold 0 "
-                       "-rc-lookahead 0 -x264-params sync-lookahead=0 -threads 2 -movflags "
+                       "-tune zerolatency -g 1000 -force_key_frames expr:gte(t,n_forced) "
+                       "-sc_threshold 0 -threads 2 -movflags "
                        "frag_keyframe+empty_moov+default_base_moof %4")
             .arg(QLatin1String(format), source, QString::number(encodedFrames), path);
     QProcess program;

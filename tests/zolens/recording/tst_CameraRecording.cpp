@@ -258,7 +258,7 @@ private slots:
         QSignalSpy ends(camera.get(), &MyCamera::recordingEnded);
         QVERIFY(camera->startRecording(path));
         {
-            const FileSizeLimit limit(200000);
+            const FileSizeLimit limit(1 << 20); // More than the first half second.
             QVERIFY(ends.wait(30000));
         }
         QCOMPARE(ends.first().first().toString(), QStringLiteral("The file cannot be written."));

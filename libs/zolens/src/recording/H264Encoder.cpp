@@ -11,8 +11,11 @@ namespace {
 
 constexpr auto encoderName = "libx264";
 constexpr auto constantQuality = "20";
-/// With two, pictures are encoded faster than in slices, by a sixth. More than half of the
-/// processor would be of no use, and each holds one picture back.
+/// Whatever the processor, what comes in is at once in the file: the threads share each picture.
+/// Those that encode one each would hold theirs back, of a slow camera more than a second. Nor does
+/// a picture's quality depend on how long it shows, which is known only when the next one comes.
+constexpr auto noPictureHeldBack = "zerolatency";
+/// More than half of the processor would be of no use.
 constexpr unsigned leastThreads = 2;
 constexpr unsigned mostThreads = 4;
 /// Up to here encoding leaves at least half of the processor to the camera and the live view, at 30
@@ -39,14 +42,10 @@ void describePictures(AVCodecContext* codec, const QSize& size)
     codec->framerate = usualRate;
 }
 
-/// The encoder holds back no more than the pictures in its threads: what comes in is soon in the
-/// file.
 void tune(AVCodecContext* codec)
 {
     codec->gop_size = mostPicturesPerKeyFrame;
-    codec->max_b_frames = 0;
     codec->thread_count = static_cast<int>(std::clamp(cores() / 2, leastThreads, mostThreads));
-    codec->thread_type = FF_THREAD_FRAME;
     codec->flags |= AV_CODEC_FLAG_GLOBAL_HEADER;
 }
 
@@ -54,10 +53,9 @@ void setOptions(AvOptions* options, const QSize& size)
 {
     const int64_t pixels = int64_t{size.width()} * size.height();
     options->set("preset", pixels <= mostPixelsPerCore * cores() ? "superfast" : "ultrafast");
+    options->set("tune", noPictureHeldBack);
     options->set("crf", constantQuality);
     options->set("sc_threshold", "0");
-    options->set("rc-lookahead", "0");
-    options->set("x264-params", "sync-lookahead=0");
 }
 
 } // namespace

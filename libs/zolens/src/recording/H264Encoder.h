@@ -24,7 +24,7 @@ public:
     /// Null on failure.
     AvPointer<AVCodecParameters> parameters() const;
 
-    /// The handler gets the packets that are done, which may be of earlier pictures.
+    /// The handler gets the picture's packet.
     bool encode(AVFrame* picture, const PacketHandler& handler);
     /// Hands out what is under way; nothing can be encoded afterwards.
     bool finish(const PacketHandler& handler);

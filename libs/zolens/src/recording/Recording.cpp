@@ -7,8 +7,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// A picture that shows for longer is encoded again and again. Encoder and file each hold back the
-/// last ones until others come, which after a long exposure could be lost with the program.
+/// A picture that shows for longer is encoded again and again. The file holds back the last one
+/// until another comes, which after a long exposure could be lost with the program.
 constexpr auto longestShow = 500ms;
 
 } // namespace
