@@ -14,6 +14,7 @@
 #include <cstdio>
 #include <thread>
 
+#include <fcntl.h>
 #include <unistd.h>
 
 using zolens::Recording;
@@ -60,6 +61,32 @@ int recordFrames(const QString& path, const QSize& size, std::chrono::microsecon
     }
     std::printf("ended %d\n", int(ended));
     return 0;
+}
+
+/// A process of its own that has recorded ten pictures and never gets their plain MP4 done. Tells
+/// when it is at the end of that.
+int rewriteFrames(const QString& path)
+{
+    const HangingSync disk;
+    const auto recorder = VideoRecorder::start(path, {});
+    if (!recorder)
+        return 1;
+    const Clock::time_point begin = Clock::now();
+    for (int number = 0; number < 10; ++number)
+        recorder->offer(counterpicture::draw(QSize(160, 120), number), begin + number * frameTime);
+    recorder->stop();
+    while (disk.callers() == 0)
+        std::this_thread::sleep_for(1ms);
+    std::puts("rewriting");
+    std::fflush(stdout);
+    std::this_thread::sleep_for(1h);
+    return 0;
+}
+
+bool hasNamelessFiles(const QString& folder)
+{
+    const int file = open(QFile::encodeName(folder).constData(), O_TMPFILE | O_RDWR, 0600);
+    return file >= 0 && close(file) == 0;
 }
 
 QString ownProgram()
@@ -124,6 +151,24 @@ private slots:
         const int lost = sent - video.frames.back().number - 1;
         QVERIFY2(lost * interval <= 1000000,
                  qPrintable(QStringLiteral("%1 of %2").arg(video.frames.back().number).arg(sent)));
+    }
+
+    void aProgramThatIsKilledInTheRewritingLeavesTheRecordingAlone()
+    {
+        QProcess helper;
+        helper.start(ownProgram(), {QStringLiteral("rewrite"), path});
+        QVERIFY(helper.waitForReadyRead(10000));
+        QCOMPARE(helper.readLine().trimmed(), QByteArray("rewriting"));
+        helper.kill();
+        QVERIFY(helper.waitForFinished());
+        const RecordedVideo video = RecordedVideo::read(path);
+        QVERIFY(video.readable);
+        QVERIFY(RecordedVideo::isFragmented(path));
+        QCOMPARE(video.numbers(), (std::vector<int>{0, 1, 2, 3, 4, 5, 6, 7, 8, 9}));
+        if (!hasNamelessFiles(folder->path()))
+            QSKIP("the file system knows no files without a name");
+        QCOMPARE(QDir(folder->path()).entryList(QDir::Files | QDir::Hidden),
+                 QStringList(QStringLiteral("video.mp4")));
     }
 
     void aFileThatMayNotGrowEndsPlayable()
@@ -307,6 +352,8 @@ int main(int argc, char** argv)
         return recordFrames(
             arguments.at(2), QSize(arguments.at(3).toInt(), arguments.at(4).toInt()),
             std::chrono::microseconds(arguments.at(5).toInt()), arguments.at(6).toInt());
+    if (arguments.size() == 3 && arguments.at(1) == QLatin1String("rewrite"))
+        return rewriteFrames(arguments.at(2));
     tst_RecordingFailures test;
     return QTest::qExec(&test, argc, argv);
 }

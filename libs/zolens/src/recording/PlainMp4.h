@@ -23,8 +23,9 @@ private:
 };
 
 /// Replaces a complete fragmented recording by a plain MP4 file with one index, which every player
-/// can seek in. The new file is made beside and takes the place at once. False, with the recording
-/// as it was, when the permit is withdrawn, when room is short or when anything fails.
+/// can seek in. The new file is made beside and takes the place at once; it has no name until then
+/// where the file system can do that, so that a killed program leaves none behind. False, with the
+/// recording as it was, when the permit is withdrawn, when room is short or when anything fails.
 bool rewriteAsPlainMp4(const QString& path, ReplacementPermit* permit);
 
 } // namespace zolens
