@@ -74,6 +74,19 @@ private slots:
         QVERIFY(modes.preview() == (VideoMode{1, QSize(320, 240)}));
     }
 
+    // The device may have rounded it.
+    void choosingTheSameFormatAgainKeepsASizeThatIsNotListed()
+    {
+        VideoModes modes;
+        modes.offer({color, grey});
+        const VideoMode rounded{0, QSize(1272, 720)};
+        modes.correct(modes.preview(), rounded);
+        QVERIFY(modes.selectFormat(0));
+        QVERIFY(modes.preview() == rounded);
+        QVERIFY(modes.selectFormat(1));
+        QCOMPARE(modes.preview().size, QSize(640, 480));
+    }
+
     void aRefusedChoiceGoesBack()
     {
         VideoModes modes;

@@ -79,6 +79,8 @@ bool VideoModes::selectFormat(int position)
     const std::lock_guard<std::mutex> lock(mutex);
     if (!isPosition(position, offered))
         return false;
+    if (position == chosen.format)
+        return true;
     chosen.format = position;
     const std::vector<QSize>& sizes = sizesNow();
     if (sizes.empty())

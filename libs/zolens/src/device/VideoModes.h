@@ -56,7 +56,8 @@ public:
     VideoMode still() const;
     std::vector<QSize> sizes() const;
 
-    /// False for a position that is none. Keeps the sizes where the format has them.
+    /// False for a position that is none. Keeps the sizes where the format has them, and those that
+    /// the device has made of them while the format stays.
     bool selectFormat(int position);
     bool selectSize(int position);
     bool selectStillSize(int position);
