@@ -1,4 +1,7 @@
 #include "device/CaptureSession.h"
+#include "support/fakev4l2/CameraBench.h"
+#include "v4l2/CameraControls.h"
+#include "v4l2/V4l2Device.h"
 
 #include <QtTest>
 
@@ -25,6 +28,13 @@ std::unique_ptr<CaptureSession> sessionWith(const std::vector<QSize>& sizes,
     format.sizes = sizes;
     session->modes.offer({format});
     return session;
+}
+
+std::shared_ptr<FakeCamera> exposingCamera(int hundredMicroseconds)
+{
+    auto camera = std::make_shared<FakeCamera>();
+    camera->controls.addInteger(V4L2_CID_EXPOSURE_ABSOLUTE, 1, 1000000, hundredMicroseconds);
+    return camera;
 }
 
 /// Waits for a still picture in its life.
@@ -115,6 +125,34 @@ private slots:
         const Waiter waiter(*session);
         QVERIFY(session->wantsPreviewStill());
         QVERIFY(!session->interruption(session->modes.preview()));
+    }
+
+    void waitsLongerForStillsWithALongExposure_data()
+    {
+        QTest::addColumn<int>("exposure"); // in units of 100 microseconds
+        QTest::addColumn<int>("patience"); // in milliseconds
+        QTest::addColumn<int>("settlingFrames");
+        QTest::newRow("short") << 200 << 5040 << 3;
+        QTest::newRow("at the limit") << 3000 << 5600 << 3;
+        QTest::newRow("long") << 3001 << 5601 << 1;
+        QTest::newRow("of seconds") << 40000 << 13000 << 1;
+        QTest::newRow("of a minute") << 600000 << 30000 << 1;
+    }
+
+    void waitsLongerForStillsWithALongExposure()
+    {
+        QFETCH(int, exposure);
+        QFETCH(int, patience);
+        QFETCH(int, settlingFrames);
+        const CameraBench bench;
+        bench.system->plug(bench.node(0), exposingCamera(exposure));
+        CaptureSession session(nullptr);
+        QCOMPARE(session.patienceForStill().count(), std::chrono::milliseconds::rep(5000));
+        const auto device = std::make_shared<zolens::V4l2Device>(bench.system, bench.node(0));
+        session.setControls(std::make_shared<zolens::CameraControls>(device));
+        QCOMPARE(session.patienceForStill().count(), std::chrono::milliseconds::rep(patience));
+        QCOMPARE(session.settlingFrames(0.04), settlingFrames);
+        QCOMPARE(session.settlingFrames(1.0), 1);
     }
 
     void cancellingComesBeforeAllElse()

@@ -1,7 +1,10 @@
 #include "device/StillRequest.h"
+#include "device/WakeUp.h"
 
 #include <QElapsedTimer>
 #include <QtTest>
+
+#include <poll.h>
 
 #include <thread>
 
@@ -37,7 +40,8 @@ class tst_StillRequest final : public QObject
 private slots:
     void handsOverTheNextFrame()
     {
-        StillRequest request;
+        zolens::WakeUp bell;
+        StillRequest request(bell);
         std::thread worker = workerWith(request, {picture(Qt::red), picture(Qt::blue)});
         const QImage still = request.take(30s);
         worker.join();
@@ -45,10 +49,27 @@ private slots:
         QVERIFY(!request.isPending());
     }
 
+    void callsAWorkerThatWaitsForSomethingElse()
+    {
+        zolens::WakeUp bell;
+        StillRequest request(bell);
+        std::thread worker([&bell, &request] {
+            pollfd waiting = {bell.descriptor(), POLLIN, 0};
+            poll(&waiting, 1, 15000);
+            request.fulfil(picture(Qt::red));
+        });
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(request.take(30s), picture(Qt::red));
+        QVERIFY(timer.elapsed() < 10000);
+        worker.join();
+    }
+
     /// As one does that ends.
     void aWorkerMaySendTheWaiterAwayWithoutAFrame()
     {
-        StillRequest request;
+        zolens::WakeUp bell;
+        StillRequest request(bell);
         QElapsedTimer timer;
         timer.start();
         std::thread worker = workerWith(request, {QImage()});
@@ -59,7 +80,8 @@ private slots:
 
     void keepsNoFrameThatNobodyWaitsFor()
     {
-        StillRequest request;
+        zolens::WakeUp bell;
+        StillRequest request(bell);
         request.fulfil(picture(Qt::red));
         QVERIFY(request.take(50ms).isNull());
         // Too late: not for the next one either.

@@ -287,6 +287,26 @@ private slots:
         QCOMPARE(sink.lastFrame().size(), QSize(640, 480));
     }
 
+    void takesLargerStillsWithALongExposure()
+    {
+        // Exposing takes all of the time between two pictures.
+        QByteArray description = FakeBox::withSensor(FakeBox::ownDescription(), 800, 600);
+        startBox(description.replace("<Address>0x120</Address>", "<Address>0x138</Address>"));
+        FrameCollector sink;
+        VisionCamera camera(address(), true);
+        QVERIFY(camera.start(&sink));
+        QCOMPARE(camera.setStillCaptureSize(0), 0);
+        QCOMPARE(camera.setProperty(CMProperty_ExposureTime, 1.5e6), 0);
+        QCOMPARE(box->registerValue(ARV_FAKE_CAMERA_REGISTER_ACQUISITION_FRAME_PERIOD_US),
+                 std::optional(1500000U));
+        QElapsedTimer timer;
+        timer.start();
+        QCOMPARE(camera.captureStill().size(), QSize(320, 240));
+        // One picture to settle and the still, without one of the preview before.
+        QVERIFY2(timer.elapsed() < 3000 + timelimits::slack,
+                 qPrintable(QString::number(timer.elapsed())));
+    }
+
     void leavesATriggeredBoxRunning()
     {
         startSmallBox();

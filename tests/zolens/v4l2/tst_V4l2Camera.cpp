@@ -69,6 +69,7 @@ private slots:
     void takesAStillInALargerSize();
     void aStillOfThePreviewSizeNeedsNoSwitch();
     void hasNoStillSizesUnlessAskedFor();
+    void takesLargeStillsWithALongExposure();
     void takesNoStillWhileStopped();
     void keepsTheOrderOfLargeFrames();
     void decodesNothingThatNobodyWants();
@@ -307,6 +308,23 @@ void tst_V4l2Camera::hasNoStillSizesUnlessAskedFor()
     camera.stop();
     QVERIFY(single.start(&sink));
     QVERIFY(!single.hasStillCapture());
+}
+
+void tst_V4l2Camera::takesLargeStillsWithALongExposure()
+{
+    device->framesPerSecond = 1;
+    FrameCollector sink;
+    V4l2Camera camera(bench->address(), true);
+    QVERIFY(camera.start(&sink));
+    QCOMPARE(camera.setStillCaptureSize(1), 0);
+    QVERIFY(sink.waitForFrames(1, 5s));
+    QElapsedTimer timer;
+    timer.start();
+    const QImage still = camera.captureStill();
+    QCOMPARE(still.size(), QSize(1280, 720));
+    // One picture to settle and the still, without one of the preview before.
+    QVERIFY2(timer.elapsed() < 2000 + timelimits::slack,
+             qPrintable(QString::number(timer.elapsed())));
 }
 
 void tst_V4l2Camera::takesNoStillWhileStopped()

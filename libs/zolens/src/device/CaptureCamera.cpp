@@ -94,7 +94,7 @@ QImage CaptureCamera::captureStill()
 {
     if (!worker || isGone())
         return {};
-    return session->still.take(session->stillPatience);
+    return session->still.take(session->patienceForStill());
 }
 
 _tag_VideoDeviceInfo CaptureCamera::deviceInfo() const

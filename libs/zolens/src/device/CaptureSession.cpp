@@ -1,8 +1,22 @@
 #include "CaptureSession.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zolens {
+namespace {
+
+using std::chrono::milliseconds;
+
+constexpr milliseconds longestStillPatience(30000);
+/// That of the picture before, and its own.
+constexpr int exposuresToAwait = 2;
+
+constexpr double longFrameTime = 0.3; // seconds
+constexpr int settlingShortFrames = 3;
+constexpr int settlingLongFrames = 1;
+
+} // namespace
 
 void CaptureSession::inherit(const CaptureSession& earlier)
 {
@@ -35,6 +49,25 @@ bool CaptureSession::wantsLargeStill() const
 bool CaptureSession::wantsPreviewStill() const
 {
     return still.isPending() && !isLargeStill();
+}
+
+milliseconds CaptureSession::patienceForStill() const
+{
+    const auto exposures = std::chrono::ceil<milliseconds>(exposuresToAwait * exposureTime());
+    return std::min(stillPatience + exposures, longestStillPatience);
+}
+
+int CaptureSession::settlingFrames(double statedFrameTime) const
+{
+    const double exposure = std::chrono::duration<double>(exposureTime()).count();
+    const bool isLong = std::max(statedFrameTime, exposure) > longFrameTime;
+    return isLong ? settlingLongFrames : settlingShortFrames;
+}
+
+std::chrono::microseconds CaptureSession::exposureTime() const
+{
+    const auto device = controls();
+    return device ? device->exposureTime() : std::chrono::microseconds(0);
 }
 
 std::optional<CaptureEnd> CaptureSession::interruption(const VideoMode& running) const

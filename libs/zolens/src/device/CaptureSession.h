@@ -38,20 +38,27 @@ struct CaptureSession
     /// Whether a still picture is wanted that the preview cannot give.
     bool wantsLargeStill() const;
     bool wantsPreviewStill() const;
+    /// How long somebody waits for a still picture, who can do nothing else meanwhile.
+    std::chrono::milliseconds patienceForStill() const;
+    /// How many pictures a still has to wait for after a switch to another mode: the first ones may
+    /// be dark, torn or of before. Fewer where each takes long.
+    int settlingFrames(double statedFrameTime) const;
+    /// The one in force, as far as the device tells it.
+    std::chrono::microseconds exposureTime() const;
     /// Why a flow of frames in that mode has to end; nothing while it may go on.
     std::optional<CaptureEnd> interruption(const VideoMode& running) const;
 
     /// Whether stills may have a size of their own. Does not change once the worker runs.
     bool tryStillCapture = false;
-    /// How long somebody waits for a still picture. Does not change either.
+    /// The patience for a still picture besides its exposure. Does not change either.
     std::chrono::milliseconds stillPatience{5000};
     SinkGate sink;
-    StillRequest still;
+    WakeUp wake;
+    StillRequest still{wake};
     /// Whether the device could be opened; `info` does not change any more then.
     Outcome opened;
     /// Settled when the worker is done.
     Outcome finished;
-    WakeUp wake;
     VideoModes modes;
     PictureLook look;
     _tag_VideoDeviceInfo info;

@@ -1,5 +1,7 @@
 #include "StillRequest.h"
 
+#include "WakeUp.h"
+
 #include <utility>
 
 namespace zolens {
@@ -8,6 +10,7 @@ QImage StillRequest::take(std::chrono::milliseconds patience)
 {
     std::unique_lock<std::mutex> lock(mutex);
     pending = true;
+    bell.ring();
     arrived.wait_for(lock, patience, [this] { return !pending; });
     pending = false;
     return std::exchange(picture, QImage());

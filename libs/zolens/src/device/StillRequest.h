@@ -9,10 +9,15 @@
 
 namespace zolens {
 
-/// Hands the next frame from a worker to somebody who waits for it. Thread-safe.
+class WakeUp;
+
+/// Hands the next frame from a worker to somebody who waits for it, and rings for the worker then.
+/// Thread-safe.
 class StillRequest final
 {
 public:
+    explicit StillRequest(WakeUp& workersBell) : bell(workersBell) {}
+
     /// Waits for the next frame; null when none comes in time.
     QImage take(std::chrono::milliseconds patience);
 
@@ -21,6 +26,7 @@ public:
     void fulfil(const QImage& still);
 
 private:
+    WakeUp& bell;
     std::mutex mutex;
     std::condition_variable arrived;
     std::atomic<bool> pending{false};

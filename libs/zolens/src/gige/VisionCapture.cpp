@@ -27,8 +27,6 @@ constexpr int mostWaiting = 2;
 /// A crowded network costs parts of many pictures in a row. Of a box that sends no whole picture
 /// at all, a new start may make something.
 constexpr int mostLostInARow = 100;
-/// The first pictures after a switch may still be of before.
-constexpr int settlingFrames = 3;
 
 AravisPointer<ArvCamera> connectTo(VisionSession& session, StreamClock::time_point deadline)
 {
@@ -282,10 +280,11 @@ void VisionCapture::takeStill()
 QImage VisionCapture::settledPicture()
 {
     auto watchdog = FrameWatchdog::startedAt(StreamClock::now(), stream->frameTime());
+    const int settling = session->settlingFrames(stream->frameTime());
     int pictures = 0;
     while (session->still.isPending() && !session->wake.isCancelled() && !isOverdue(watchdog)) {
         const auto picture = nextPicture(&watchdog);
-        if (picture && ++pictures > settlingFrames)
+        if (picture && ++pictures > settling)
             return stillOf(*picture);
         if (!picture)
             waitForPicture(watchdog);

@@ -19,8 +19,6 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds releaseTime(1000);
 constexpr milliseconds releasePause(100);
-/// The first pictures after a switch may be dark or torn.
-constexpr int settlingFrames = 3;
 
 bool isGone(int error)
 {
@@ -178,8 +176,7 @@ bool V4l2Capture::pass(const DriverFrame& frame, DecoderTeam* team)
 /// 0 with a frame, EAGAIN when there is something else to look at, ETIMEDOUT after the deadline.
 int V4l2Capture::await(const FrameWatchdog& watchdog, DriverFrame* frame)
 {
-    const auto controls = session.controls();
-    const auto deadline = watchdog.deadline() + controls->exposureTime();
+    const auto deadline = watchdog.deadline() + session.exposureTime();
     pollfd sources[] = {{device->descriptor(), POLLIN, 0}, {session.wake.descriptor(), POLLIN, 0}};
     const int count = device->system().poll(sources, std::size(sources), pollTimeUntil(deadline));
     if (count == 0)
@@ -211,6 +208,7 @@ QImage V4l2Capture::stillPicture()
 {
     QImage picture(stream->layout().size, QImage::Format_RGB32);
     auto watchdog = FrameWatchdog::startedAt(StreamClock::now(), stream->frameTime());
+    const int settling = session.settlingFrames(stream->frameTime());
     DriverFrame frame;
     for (int frames = 0; session.still.isPending() && !session.wake.isCancelled();) {
         const int error = await(watchdog, &frame);
@@ -218,7 +216,7 @@ QImage V4l2Capture::stillPicture()
             continue;
         if (error != 0)
             break;
-        const bool settled = ++frames > settlingFrames;
+        const bool settled = ++frames > settling;
         const auto result = decodeStill(frame, settled, &picture);
         stream->giveBack(frame);
         if (result != FrameDecoder::Result::Damaged)
