@@ -39,6 +39,21 @@ private slots:
         QCOMPARE(modes.preview().size, QSize(640, 480));
     }
 
+    void goesDownFromSizeToSize()
+    {
+        VideoModes modes;
+        QVERIFY(!modes.selectSmallerSize());
+        modes.offer({{1, 2, {QSize(640, 360), QSize(640, 480), QSize(1280, 720)}}});
+        // One that the device has made of a listed one.
+        modes.correct(modes.preview(), {0, QSize(1272, 720)});
+        QVERIFY(modes.selectSmallerSize());
+        QCOMPARE(modes.preview().size, QSize(640, 480));
+        QVERIFY(modes.selectSmallerSize());
+        QCOMPARE(modes.preview().size, QSize(640, 360));
+        QVERIFY(!modes.selectSmallerSize());
+        QCOMPARE(modes.preview().size, QSize(640, 360));
+    }
+
     void refusesPositionsThatAreNone()
     {
         VideoModes modes;

@@ -35,6 +35,13 @@ QByteArray changed(QByteArray description, const QByteArray& node, const QByteAr
     return description.replace(description.indexOf(before, begin), before.size(), after);
 }
 
+/// With that number of bytes for a picture of more than 480 rows.
+QByteArray withPayloadAbove480(const QByteArray& bytes)
+{
+    return smallSensor().replace("<Formula>WIDTH * HEIGHT * (",
+                                 "<Formula>(HEIGHT &gt; 480) ? " + bytes + " : WIDTH * HEIGHT * (");
+}
+
 } // namespace
 
 /// What boxes may tell of the size of their pictures.
@@ -126,6 +133,15 @@ private slots:
         open(BoxRelay::address());
         QCOMPARE(sizesOf(*camera), Sizes{ownSize});
         QCOMPARE(sink->lastFrame().size(), ownSize);
+    }
+
+    void opensInASmallerSizeWhereItsPicturesAreTooLarge()
+    {
+        startBox(withPayloadAbove480("400000000"));
+        open(box->address());
+        QCOMPARE(sizesOf(*camera).back(), QSize(800, 600));
+        QCOMPARE(sink->lastFrame().size(), QSize(640, 480));
+        QCOMPARE(previewSizeOf(*camera), QSize(640, 480));
     }
 
     void keepsToTheStepsOfTheFormat()

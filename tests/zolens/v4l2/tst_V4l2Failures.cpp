@@ -1,3 +1,4 @@
+#include "support/CameraValues.h"
 #include "support/Gate.h"
 #include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
@@ -41,6 +42,7 @@ private slots:
     void anErrorEndsTheOpening_data();
     void anErrorEndsTheOpening();
     void aFormatThatIsNotKeptEndsTheOpening();
+    void opensInASmallerSizeWhereTheBusHasNoRoom();
     void aMissingDecoderEndsTheOpening();
     void anErrorOfTheRateDoesNoHarm();
     void aHangingDeviceEndsTheOpeningInTime();
@@ -136,11 +138,12 @@ void tst_V4l2Failures::anErrorEndsTheOpening()
     if (request == 0)
         bench->system->failMmap(ENOMEM);
     else
-        bench->system->fail(request, EIO);
+        bench->system->fail(request, EIO, 1000);
     FrameCollector sink;
     V4l2Camera camera(bench->address(), false);
     QVERIFY(!camera.start(&sink));
     QCOMPARE(bench->system->openHandles(), 0);
+    bench->system->fail(request, 0, 0);
     bench->system->failMmap(0);
     QVERIFY(camera.start(&sink));
     QVERIFY(sink.waitForFrames(1, 5s));
@@ -155,6 +158,21 @@ void tst_V4l2Failures::aFormatThatIsNotKeptEndsTheOpening()
     FrameCollector sink;
     V4l2Camera camera(bench->address(), false);
     QVERIFY(!camera.start(&sink));
+}
+
+void tst_V4l2Failures::opensInASmallerSizeWhereTheBusHasNoRoom()
+{
+    device->formats = {{V4L2_PIX_FMT_MJPEG, {{640, 480}, {1280, 720}, {1920, 1080}}, {}}};
+    bench->system->fail(VIDIOC_STREAMON, ENOSPC, 2);
+    FrameCollector sink;
+    V4l2Camera camera(bench->address(), true);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(1, 5s));
+    QCOMPARE(sink.lastFrame().size(), QSize(640, 480));
+    QCOMPARE(cameravalues::previewSizeOf(camera), QSize(640, 480));
+    // Once there is room again, the size can be chosen.
+    QCOMPARE(camera.setPreviewSize(2), 0);
+    QTRY_COMPARE(sink.lastFrame().size(), QSize(1920, 1080));
 }
 
 void tst_V4l2Failures::aMissingDecoderEndsTheOpening()

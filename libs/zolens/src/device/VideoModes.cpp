@@ -24,6 +24,11 @@ QSize comfortableSize(const std::vector<QSize>& sizes)
     return found == sizes.rend() ? sizes.front() : *found;
 }
 
+qint64 area(const QSize& size)
+{
+    return qint64{size.width()} * size.height();
+}
+
 bool contains(const std::vector<QSize>& sizes, const QSize& size)
 {
     return std::find(sizes.begin(), sizes.end(), size) != sizes.end();
@@ -107,6 +112,18 @@ bool VideoModes::selectStillSize(int position)
     if (!isPosition(position, sizesNow()))
         return false;
     stillSize = sizesNow()[std::size_t(position)];
+    return true;
+}
+
+bool VideoModes::selectSmallerSize()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    const auto isSmaller = [this](const QSize& size) { return area(size) < area(chosen.size); };
+    const std::vector<QSize>& sizes = sizesNow();
+    const auto found = std::find_if(sizes.rbegin(), sizes.rend(), isSmaller);
+    if (found == sizes.rend())
+        return false;
+    chosen.size = *found;
     return true;
 }
 

@@ -61,6 +61,8 @@ public:
     bool selectFormat(int position);
     bool selectSize(int position);
     bool selectStillSize(int position);
+    /// The next smaller size for the preview; false when there is none.
+    bool selectSmallerSize();
     /// The device has that mode instead of the preview that was asked for; an answer to an older
     /// choice does not count, nor one in a format that is not on offer any more.
     void correct(const VideoMode& asked, const VideoMode& actual);

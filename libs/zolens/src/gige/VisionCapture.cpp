@@ -69,7 +69,7 @@ bool VisionCapture::open()
         return false;
     describe();
     session->setControls(controls);
-    return startPreview();
+    return startInSomeSize();
 }
 
 bool VisionCapture::connect(StreamClock::time_point deadline)
@@ -127,6 +127,16 @@ bool VisionCapture::startPreview()
     running = {asked.format, stream->size()};
     session->modes.correct(asked, running);
     return true;
+}
+
+/// Buses and memory may have room for smaller pictures only.
+bool VisionCapture::startInSomeSize()
+{
+    bool started = startPreview();
+    while (!started && !device->isLost() && !session->wake.isCancelled() &&
+           session->modes.selectSmallerSize())
+        started = startPreview();
+    return started;
 }
 
 /// Takes the preview up, as it was before where the camera refuses the new mode.

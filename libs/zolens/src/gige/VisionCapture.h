@@ -33,6 +33,7 @@ private:
     bool offerModes();
     bool startStream(const VideoMode& mode);
     bool startPreview();
+    bool startInSomeSize();
     bool resume();
     bool comeBack();
     void release();

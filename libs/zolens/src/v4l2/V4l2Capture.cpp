@@ -47,14 +47,22 @@ bool V4l2Capture::open()
     return error == 0;
 }
 
-/// A device that was closed just before may be busy for a moment.
 int V4l2Capture::startPatiently()
 {
     const auto end = StreamClock::now() + releaseTime;
     int error = startPreview();
-    while (error == EBUSY && StreamClock::now() < end && session.wake.sleepFor(releasePause))
+    while (error != 0 && isWorthAnotherTry(error, end))
         error = startPreview();
     return error;
+}
+
+/// A device that was closed just before may be busy for a moment, and one that shares its bus with
+/// others may have room for smaller pictures only.
+bool V4l2Capture::isWorthAnotherTry(int error, StreamClock::time_point end)
+{
+    if (error == EBUSY)
+        return StreamClock::now() < end && session.wake.sleepFor(releasePause);
+    return !isGone(error) && !session.wake.isCancelled() && session.modes.selectSmallerSize();
 }
 
 bool V4l2Capture::identify()

@@ -31,6 +31,7 @@ private:
     int startStream(const VideoMode& mode);
     int startPreview();
     int startPatiently();
+    bool isWorthAnotherTry(int error, StreamClock::time_point end);
     bool resume();
     bool waitOut();
     CaptureEnd capture();
