@@ -53,6 +53,13 @@ void FakeControls::choose(quint32 id, int value)
         found->value = std::clamp(value, found->lowest, found->highest);
 }
 
+void FakeControls::setFlags(quint32 id, quint32 flags)
+{
+    const auto found = std::lower_bound(controls.begin(), controls.end(), id, isBefore);
+    if (found != controls.end() && found->id == id)
+        found->flags = flags;
+}
+
 bool FakeControls::isInactive(quint32 id) const
 {
     if (!closesAutomatic)
@@ -126,6 +133,8 @@ int FakeControls::set(const v4l2_control& request)
         return EINVAL;
     if (isInactive(request.id) || (found->flags & V4L2_CTRL_FLAG_READ_ONLY))
         return EACCES;
+    if (found->flags & V4L2_CTRL_FLAG_GRABBED)
+        return EBUSY;
     const auto& menu = found->menu;
     if (!menu.empty() && (request.value < found->lowest || request.value > found->highest))
         return ERANGE;

@@ -32,8 +32,10 @@ public:
     void addMenu(quint32 id, std::vector<int> menu, int standard);
 
     int value(quint32 id) const;
-    /// What the camera does by itself, while it is automatic.
+    /// What the camera does by itself, while it is automatic, or another program.
     void choose(quint32 id, int value);
+    /// Those that the driver tells besides.
+    void setFlags(quint32 id, quint32 flags);
     int ioctl(unsigned long request, void* argument);
 
     std::vector<std::pair<quint32, int>> writes;

@@ -23,6 +23,7 @@ using Writes = std::vector<Write>;
 
 constexpr quint32 exposureMode = V4L2_CID_EXPOSURE_AUTO;
 constexpr quint32 exposureTime = V4L2_CID_EXPOSURE_ABSOLUTE;
+constexpr quint32 temperature = V4L2_CID_WHITE_BALANCE_TEMPERATURE;
 
 } // namespace
 
@@ -141,6 +142,29 @@ private slots:
         camera->setAutoExposure(false);
         QCOMPARE(camera->setProperty(CMProperty_ExposureTime, 20000), 0);
         QCOMPARE(device->writes(), (Writes{{exposureMode, 1}, {exposureTime, 200}}));
+    }
+
+    void takesAValueOnceAnotherProgramLetsGoOfTheControl()
+    {
+        device->controls.setFlags(V4L2_CID_GAIN, V4L2_CTRL_FLAG_GRABBED);
+        open();
+        QVERIFY(camera->setProperty(CMProperty_Gain, 20) != 0);
+        QVERIFY(device->writes().empty());
+        device->controls.setFlags(V4L2_CID_GAIN, 0);
+        QCOMPARE(camera->setProperty(CMProperty_Gain, 20), 0);
+        QCOMPARE(device->writes(), (Writes{{V4L2_CID_GAIN, 20}}));
+    }
+
+    void takesAValueOnceAnotherProgramEndsTheAutomaticMode()
+    {
+        open();
+        QVERIFY(camera->setProperty(CMProperty_ExposureTime, 20000) != 0);
+        QVERIFY(camera->setProperty(CMProperty_ColorTemperature, 3000) != 0);
+        device->controls.choose(exposureMode, V4L2_EXPOSURE_MANUAL);
+        device->controls.choose(V4L2_CID_AUTO_WHITE_BALANCE, 0);
+        QCOMPARE(camera->setProperty(CMProperty_ExposureTime, 20000), 0);
+        QCOMPARE(camera->setProperty(CMProperty_ColorTemperature, 3000), 0);
+        QCOMPARE(device->writes(), (Writes{{exposureTime, 200}, {temperature, 3000}}));
     }
 
     void waitsForNoExposureBeyondAMinute_data()

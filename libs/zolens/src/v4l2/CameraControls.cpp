@@ -115,9 +115,9 @@ bool CameraControls::write(tagCMProperty id, double value)
 }
 
 /// Some drivers take a time all the same, and end the automatic mode by it.
-bool CameraControls::isExposureAutomatic() const
+bool CameraControls::isExposureAutomatic()
 {
-    const auto mode = controls.lastRead(V4L2_CID_EXPOSURE_AUTO);
+    const auto mode = controls.read(V4L2_CID_EXPOSURE_AUTO);
     return mode == V4L2_EXPOSURE_AUTO || mode == V4L2_EXPOSURE_APERTURE_PRIORITY;
 }
 

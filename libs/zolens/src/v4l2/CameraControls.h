@@ -34,7 +34,7 @@ private:
     };
 
     std::optional<Mapping> mapping(tagCMProperty id) const;
-    bool isExposureAutomatic() const;
+    bool isExposureAutomatic();
     bool set(quint32 id, qint64 value);
     void noteAll();
     void noteSwitches();

@@ -126,8 +126,7 @@ std::optional<qint64> ControlSet::query(quint32 id) const
 
 bool ControlSet::write(quint32 id, qint64 value)
 {
-    const State* entry = state(id);
-    if (!entry || (entry->flags & unwritable))
+    if (!isWritable(id))
         return false;
     v4l2_control control = {};
     control.id = id;
@@ -137,13 +136,27 @@ bool ControlSet::write(quint32 id, qint64 value)
     return written;
 }
 
+/// Other programs close and open controls too.
+bool ControlSet::isWritable(quint32 id)
+{
+    State* entry = state(id);
+    if (entry && (entry->flags & unwritable))
+        readFlags(id, entry);
+    return entry && !(entry->flags & unwritable);
+}
+
+void ControlSet::readFlags(quint32 id, State* entry) const
+{
+    v4l2_query_ext_ctrl control = {};
+    control.id = id;
+    if (device->request(VIDIOC_QUERY_EXT_CTRL, &control) == 0)
+        entry->flags = control.flags;
+}
+
 void ControlSet::refresh()
 {
     for (std::size_t i = 0; i < ranges.size(); ++i) {
-        v4l2_query_ext_ctrl control = {};
-        control.id = ranges[i].id;
-        if (device->request(VIDIOC_QUERY_EXT_CTRL, &control) == 0)
-            states[i].flags = control.flags;
+        readFlags(ranges[i].id, &states[i]);
         const bool readable = ranges[i].type != V4L2_CTRL_TYPE_BUTTON &&
                               !(states[i].flags & V4L2_CTRL_FLAG_WRITE_ONLY);
         states[i].value = readable ? query(ranges[i].id) : std::nullopt;

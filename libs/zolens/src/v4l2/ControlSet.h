@@ -50,6 +50,8 @@ private:
     void enumerate();
     std::vector<int> menuOf(const ControlRange& range) const;
     std::optional<qint64> query(quint32 id) const;
+    bool isWritable(quint32 id);
+    void readFlags(quint32 id, State* entry) const;
     void refresh();
     State* state(quint32 id);
 
