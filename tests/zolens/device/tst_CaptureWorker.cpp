@@ -2,6 +2,7 @@
 #include "device/CaptureWorker.h"
 #include "support/NoNewThread.h"
 #include "support/ProcessUse.h"
+#include "support/TimeLimits.h"
 #include "zolens/FrameCollector.h"
 
 #include <QElapsedTimer>
@@ -76,6 +77,19 @@ private slots:
             QCOMPARE(session->finished.await(0ms), std::optional(true));
         }
         QVERIFY(!ran);
+    }
+
+    /// Who has not seen yet that the device is gone asks for a still after its end.
+    void nobodyWaitsForAStillAfterItsEnd()
+    {
+        const auto session = std::make_shared<CaptureSession>(nullptr);
+        const CaptureWorker worker({session, [] {}, "device-thread"});
+        QVERIFY(session->finished.await(30s).has_value());
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(session->still.take(4s).isNull());
+        QVERIFY2(timer.elapsed() < timelimits::atOnce,
+                 qPrintable(QString::number(timer.elapsed())));
     }
 
     void anOpeningThatSucceededStaysOne()

@@ -78,6 +78,24 @@ private slots:
         QVERIFY(timer.elapsed() < 15000);
     }
 
+    void itsEndSendsTheWaiterAwayAndAllWhoComeLater()
+    {
+        zolens::WakeUp bell;
+        StillRequest request(bell);
+        std::thread worker([&request] {
+            while (!request.isPending())
+                std::this_thread::sleep_for(1ms);
+            request.end();
+        });
+        QElapsedTimer timer;
+        timer.start();
+        QVERIFY(request.take(4s).isNull());
+        worker.join();
+        QVERIFY(request.take(4s).isNull());
+        QVERIFY(!request.isPending());
+        QVERIFY(timer.elapsed() < 3000);
+    }
+
     void keepsNoFrameThatNobodyWaitsFor()
     {
         zolens::WakeUp bell;

@@ -14,7 +14,7 @@ constexpr std::chrono::milliseconds endingTime(350);
 void answerAllWhoWait(CaptureSession& session)
 {
     session.setControls(nullptr);
-    session.still.fulfil(QImage());
+    session.still.end();
     session.opened.settle(false);
     session.finished.settle(true);
 }

@@ -9,6 +9,8 @@ namespace zolens {
 QImage StillRequest::take(std::chrono::milliseconds patience)
 {
     std::unique_lock<std::mutex> lock(mutex);
+    if (ended)
+        return {};
     pending = true;
     bell.ring();
     arrived.wait_for(lock, patience, [this] { return !pending; });
@@ -23,6 +25,16 @@ void StillRequest::fulfil(const QImage& still)
         if (!pending)
             return;
         picture = still;
+        pending = false;
+    }
+    arrived.notify_one();
+}
+
+void StillRequest::end()
+{
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        ended = true;
         pending = false;
     }
     arrived.notify_one();

@@ -24,6 +24,8 @@ public:
     /// Whether somebody waits.
     bool isPending() const { return pending; }
     void fulfil(const QImage& still);
+    /// Sends away whoever waits, and everybody later.
+    void end();
 
 private:
     WakeUp& bell;
@@ -31,6 +33,7 @@ private:
     std::condition_variable arrived;
     std::atomic<bool> pending{false};
     QImage picture;
+    bool ended = false;
 };
 
 } // namespace zolens
