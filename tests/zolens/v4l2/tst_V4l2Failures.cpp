@@ -55,6 +55,7 @@ private slots:
     void aGoodFrameNowAndThenIsNoStall();
     void framesThatNobodyWantsAreNoStall();
     void restartsAStalledDevice();
+    void restartsADeviceThatPromisesFramesButHasNone();
     void restartsABrokenQueue();
     void triesUntilARestartWorks();
     void triesUntilThereAreThreadsToDecode();
@@ -350,6 +351,24 @@ void tst_V4l2Failures::restartsAStalledDevice()
     QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), 10000);
     QVERIFY2(timer.elapsed() > 1800 && timer.elapsed() < timelimits::stall,
              qPrintable(QString::number(timer.elapsed())));
+    QVERIFY(sink.waitForFrames(5, 5s));
+}
+
+void tst_V4l2Failures::restartsADeviceThatPromisesFramesButHasNone()
+{
+    FrameCollector sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(camera.start(&sink));
+    QVERIFY(sink.waitForFrames(3, 5s));
+    const int asked = bench->system->calls(VIDIOC_DQBUF);
+    bench->system->fail(VIDIOC_DQBUF, EAGAIN, std::numeric_limits<int>::max());
+    QElapsedTimer timer;
+    timer.start();
+    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), timelimits::stall);
+    QVERIFY2(timer.elapsed() > 1800, qPrintable(QString::number(timer.elapsed())));
+    // Without haste: at most every five milliseconds.
+    QVERIFY(bench->system->calls(VIDIOC_DQBUF) < asked + timelimits::stall / 5);
+    bench->system->fail(VIDIOC_DQBUF, 0, 0);
     QVERIFY(sink.waitForFrames(5, 5s));
 }
 

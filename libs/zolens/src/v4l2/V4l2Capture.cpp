@@ -19,6 +19,8 @@ using std::chrono::milliseconds;
 
 constexpr milliseconds releaseTime(1000);
 constexpr milliseconds releasePause(100);
+/// Before a driver is asked again that promised a frame and had none.
+constexpr milliseconds emptyPause(5);
 
 bool isGone(int error)
 {
@@ -193,7 +195,8 @@ int V4l2Capture::await(const FrameWatchdog& watchdog, DriverFrame* frame)
         return errno == EINTR ? EAGAIN : errno;
     if (sources[1].revents != 0)
         session.wake.clear();
-    return takeReady(sources[0].revents, frame);
+    const int error = takeReady(sources[0].revents, frame);
+    return error == EAGAIN && StreamClock::now() > deadline ? ETIMEDOUT : error;
 }
 
 int V4l2Capture::takeReady(short events, DriverFrame* frame)
@@ -201,8 +204,12 @@ int V4l2Capture::takeReady(short events, DriverFrame* frame)
     if (events == 0)
         return EAGAIN;
     const int error = stream->take(frame);
+    if (error != EAGAIN)
+        return error;
     const bool failed = events & (POLLERR | POLLHUP | POLLNVAL);
-    return error == EAGAIN && failed ? EIO : error;
+    if (!failed)
+        session.wake.sleepFor(emptyPause);
+    return failed ? EIO : EAGAIN;
 }
 
 void V4l2Capture::takeStill()
