@@ -4,16 +4,29 @@
 #include "VisionFormats.h"
 #include "device/WakeUp.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zolens {
 namespace {
 
-/// One that is shown, and enough to bridge a moment in which the machine is busy.
-constexpr int bufferCount = 6;
+/// One that is shown, and enough to bridge a moment in which the machine is busy; fewer of very
+/// large pictures, since what a camera claims must not take all memory.
+constexpr guint mostBuffers = 6;
+constexpr guint fewestBuffers = 3;
+constexpr guint mostMemory = 600'000'000; // bytes
 
-/// Beyond any sensor: what a camera claims must not take all memory.
-constexpr guint largestPayload = 300'000'000;
+guint bufferCount(guint payload)
+{
+    return std::min(mostBuffers, mostMemory / payload);
+}
+
+/// Null where memory is short.
+ArvBuffer* newBuffer(guint payload)
+{
+    void* const memory = g_try_malloc(payload);
+    return memory ? arv_buffer_new_full(payload, memory, memory, g_free) : nullptr;
+}
 
 /// The camera sends by itself, as fast as it can.
 void runFreely(FeatureAccess& features)
@@ -91,7 +104,7 @@ bool VisionStream::open(FeatureAccess& features)
     ArvCamera* const camera = features.camera();
     const auto payload =
         features.attempt([&](GError** error) { return arv_camera_get_payload(camera, error); });
-    if (payload.value_or(0) == 0 || *payload > largestPayload)
+    if (payload.value_or(0) == 0 || bufferCount(*payload) < fewestBuffers)
         return false;
     prepareNetwork(camera);
     const auto created = features.attempt(
@@ -102,8 +115,8 @@ bool VisionStream::open(FeatureAccess& features)
     if (ARV_IS_GV_STREAM(stream.get()))
         g_object_set(stream.get(), "socket-buffer", ARV_GV_STREAM_SOCKET_BUFFER_AUTO,
                      "packet-resend", ARV_GV_STREAM_PACKET_RESEND_ALWAYS, nullptr);
-    for (int i = 0; i < bufferCount; ++i)
-        arv_stream_push_buffer(stream.get(), arv_buffer_new_allocate(*payload));
+    if (!fill(*payload))
+        return false;
     g_signal_connect(stream.get(), "new-buffer",
                      G_CALLBACK(+[](ArvStream*, WakeUp* listener) { listener->ring(); }), &bell);
     arv_stream_set_emit_signals(stream.get(), TRUE);
@@ -112,6 +125,17 @@ bool VisionStream::open(FeatureAccess& features)
         return true;
     };
     return features.attempt(begin).has_value();
+}
+
+bool VisionStream::fill(unsigned int payload)
+{
+    for (guint i = 0; i < bufferCount(payload); ++i) {
+        ArvBuffer* const buffer = newBuffer(payload);
+        if (!buffer)
+            return false;
+        arv_stream_push_buffer(stream.get(), buffer);
+    }
+    return true;
 }
 
 void VisionStream::stop()

@@ -23,7 +23,7 @@ public:
     VisionStream(std::shared_ptr<VisionDevice> visionDevice, WakeUp& bell);
     ~VisionStream();
 
-    /// False when the camera refuses.
+    /// False when the camera refuses, or its pictures are more than memory has room for.
     bool start(const VideoFormat& format, const QSize& size);
     /// Waits for a camera that is not known to be lost. What is left of the stream of a lost one
     /// takes seconds to end, and does so with the object.
@@ -42,6 +42,7 @@ public:
 
 private:
     bool open(FeatureAccess& features);
+    bool fill(unsigned int payload);
 
     const std::shared_ptr<VisionDevice> device;
     WakeUp& bell;
