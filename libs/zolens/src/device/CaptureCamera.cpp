@@ -14,8 +14,9 @@ namespace {
 using std::chrono::milliseconds;
 using Range = DeviceControls::Range;
 
-/// With the time to end a worker that does not get through, start() stays under five seconds.
-constexpr milliseconds startTime(4500);
+/// With the time to end a worker that does not get through, and the one of another camera before,
+/// an opening stays under five seconds.
+constexpr milliseconds startTime(4000);
 constexpr int success = 0;
 constexpr int failure = -1;
 

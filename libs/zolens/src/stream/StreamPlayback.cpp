@@ -11,10 +11,10 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds openingTime(4500);
+constexpr milliseconds openingTime(4000);
 /// A stream whose data come for so long without a picture is taken for open: its first key frame
 /// is still to come.
-constexpr milliseconds keyFramePatience(3500);
+constexpr milliseconds keyFramePatience(3000);
 
 /// H.265 counts as the older codec of its family; the pictures of all others are known by what
 /// becomes of them.
