@@ -9,6 +9,7 @@
 #include "camera/panels/PanelCamVideoSource.h"
 #include "camera/panels/PanelCamWhiteBalance.h"
 
+#include <zolens/MyCamera.h>
 #include <zowidgets/ZoCategoryToolBox.h>
 
 #include <QVBoxLayout>
@@ -32,6 +33,8 @@ void FormCameraControl::onCameraOpened(MyCamera* camera)
     if (!camera)
         return;
     setCamera(camera);
+    connect(camera, &MyCamera::modesChanged, devices, &PanelCamDevices::showModes,
+            Qt::UniqueConnection);
     for (PanelCamCtrl* panel : qAsConst(panels))
         panel->updateControls();
     toolBox->relayout();

@@ -84,6 +84,22 @@ private slots:
         QVERIFY(!pause()->isChecked());
     }
 
+    void followsTheSizeThatTheDeviceChose()
+    {
+        OpenFake fake;
+        page->onCameraOpened(&fake.camera);
+        auto* const video = page->findChild<QComboBox*>(QStringLiteral("comboBoxPreviewSize"));
+        QCOMPARE(video->currentText(), QStringLiteral("1280 x 720"));
+        fake.device->preview = QSize(640, 480);
+        fake.device->written.clear();
+        emit fake.camera.modesChanged();
+        QCOMPARE(video->currentText(), QStringLiteral("640 x 480"));
+        QCOMPARE(fake.device->written, QStringList());
+        page->onCameraClosed();
+        emit fake.camera.modesChanged();
+        QCOMPARE(video->currentText(), QStringLiteral("640 x 480"));
+    }
+
     void noCameraOpensNothing()
     {
         page->onCameraOpened(nullptr);

@@ -51,6 +51,7 @@ private slots:
     void withoutCameraNothingHappens()
     {
         panel->updateControls();
+        panel->showModes();
         QCOMPARE(video()->count(), 0);
         disable()->toggle();
         QCOMPARE(picture()->count(), 0);
@@ -153,6 +154,30 @@ private slots:
         open();
         QCOMPARE(video()->currentIndex(), -1);
         QCOMPARE(fake->device->written, QStringList(QStringLiteral("format 0")));
+    }
+
+    void showsWhatTheDeviceChoseItselfAndWritesNothing()
+    {
+        openWithStill();
+        fake->device->written.clear();
+        fake->device->formats = {19, 1};
+        fake->device->previews = {{320, 240}, {640, 480}};
+        fake->device->preview = QSize(320, 240);
+        fake->device->stillNow = QSize(800, 600);
+        panel->showModes();
+        QCOMPARE(textsOf(format()), QStringList({QStringLiteral("MJPEG"), QStringLiteral("RGB")}));
+        QCOMPARE(format()->currentText(), QStringLiteral("RGB"));
+        QCOMPARE(textsOf(video()),
+                 QStringList({QStringLiteral("320 x 240"), QStringLiteral("640 x 480")}));
+        QCOMPARE(video()->currentText(), QStringLiteral("320 x 240"));
+        QCOMPARE(picture()->currentText(), QStringLiteral("800 x 600"));
+        fake->device->still = false;
+        panel->showModes();
+        QVERIFY(!disable()->isVisible());
+        QCOMPARE(textsOf(picture()), QStringList(QStringLiteral("320 x 240")));
+        QCOMPARE(fake->device->written, QStringList());
+        video()->setCurrentIndex(1);
+        QCOMPARE(fake->device->written, QStringList(QStringLiteral("size 1")));
     }
 
     void aDisabledPanelIsEnabledByTheNextCamera()

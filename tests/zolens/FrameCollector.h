@@ -30,6 +30,8 @@ public:
         arrived.notify_all();
     }
 
+    void modesChanged() override { ++modeChanges; }
+
     int count() const
     {
         const std::lock_guard<std::mutex> lock(mutex);
@@ -55,6 +57,7 @@ public:
 
     std::atomic<bool> refusing{false};
     std::atomic<int> asked{0};
+    std::atomic<int> modeChanges{0};
 
 private:
     mutable std::mutex mutex;

@@ -127,6 +127,17 @@ private slots:
         QVERIFY(delivery.isRunning());
     }
 
+    void tellsAtOnceThatTheModesChanged()
+    {
+        int told = 0;
+        FrameDelivery delivery([](const QImage&) {}, running, [&told] { ++told; });
+        delivery.modesChanged();
+        QCOMPARE(told, 1);
+        FrameDelivery toNobody([](const QImage&) {}, running);
+        toNobody.modesChanged();
+        QCOMPARE(told, 1);
+    }
+
     void keepsAtMostTwoFramesOutstanding()
     {
         Keeper keeper;

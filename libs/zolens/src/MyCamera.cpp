@@ -50,7 +50,8 @@ bool MyCamera::start(std::unique_ptr<CWCamera> device)
         return false;
     }
     auto frames = std::make_unique<zolens::FrameDelivery>(
-        [this](const QImage& image) { emit getImage(image); }, pause);
+        [this](const QImage& image) { emit getImage(image); }, pause,
+        [this] { QMetaObject::invokeMethod(this, &MyCamera::modesChanged, Qt::QueuedConnection); });
     if (!frames->isRunning() || !device->start(frames.get())) {
         device.reset(); // Before the sink of its frames.
         return false;

@@ -94,6 +94,19 @@ void PanelCamDevices::updateControls()
             QSettings().value(Keys::disableStill(), true).toBool());
 }
 
+void PanelCamDevices::showModes()
+{
+    if (!device())
+        return;
+    const QSignalBlocker formats(ui->comboBoxPreviewFormat);
+    const QSignalBlocker sizes(ui->comboBoxPreviewSize);
+    const QSignalBlocker pictures(ui->comboBoxPictureSize);
+    fillFormats();
+    fillPreviewSizes();
+    fillPictureSizes();
+    ui->toolButtonDisableStill->setVisible(device()->hasStillCapture());
+}
+
 void PanelCamDevices::on_comboBoxPreviewSize_currentIndexChanged(int index)
 {
     if (!device() || !isPosition(index, previewSizes()))

@@ -23,6 +23,8 @@ public:
 
 public slots:
     void updateControls() override;
+    /// Shows what the device has chosen by itself, and writes nothing.
+    void showModes();
 
 private slots:
     void on_comboBoxPreviewSize_currentIndexChanged(int index);

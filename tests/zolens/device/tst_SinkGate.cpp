@@ -50,6 +50,8 @@ private slots:
         frame.fill(Qt::red);
         gate.deliver(std::move(frame));
         QCOMPARE(sink.lastFrame().pixelColor(0, 0), QColor(Qt::red));
+        gate.modesChanged();
+        QCOMPARE(int(sink.modeChanges), 1);
     }
 
     void touchesTheSinkNoMoreOnceItIsShut()
@@ -59,6 +61,8 @@ private slots:
         gate.shut();
         QVERIFY(gate.acquireFrame(size).isNull());
         gate.deliver(QImage(size, QImage::Format_RGB32));
+        gate.modesChanged();
+        QCOMPARE(int(sink.modeChanges), 0);
         QCOMPARE(sink.asked.load(), 0);
         QCOMPARE(sink.count(), 0);
     }

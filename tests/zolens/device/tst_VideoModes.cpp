@@ -82,10 +82,10 @@ private slots:
     void theSameOfferLeavesTheChoice()
     {
         VideoModes modes;
-        modes.offer({color, grey});
+        QVERIFY(modes.offer({color, grey}));
         QVERIFY(modes.selectFormat(1));
         QVERIFY(modes.selectSize(0));
-        modes.offer({color, grey});
+        QVERIFY(!modes.offer({color, grey}));
         QVERIFY(modes.preview() == (VideoMode{1, QSize(320, 240)}));
     }
 
@@ -108,8 +108,9 @@ private slots:
         modes.offer({color, grey});
         const VideoMode before = modes.preview();
         QVERIFY(modes.selectFormat(1));
-        modes.correct(modes.preview(), before);
+        QVERIFY(modes.correct(modes.preview(), before));
         QVERIFY(modes.preview() == before);
+        QVERIFY(!modes.correct(before, before));
     }
 
     void anAnswerToAnOlderChoiceDoesNotCount()
@@ -118,7 +119,7 @@ private slots:
         modes.offer({color});
         const VideoMode older = modes.preview();
         QVERIFY(modes.selectSize(0));
-        modes.correct(older, {0, QSize(320, 240)});
+        QVERIFY(!modes.correct(older, {0, QSize(320, 240)}));
         QCOMPARE(modes.preview().size, QSize(640, 480));
     }
 
@@ -129,8 +130,8 @@ private slots:
         modes.offer({color, grey});
         QVERIFY(modes.selectFormat(1));
         const VideoMode before = modes.preview();
-        modes.offer({color});
-        modes.correct(modes.preview(), before);
+        QVERIFY(modes.offer({color}));
+        QVERIFY(!modes.correct(modes.preview(), before));
         QCOMPARE(modes.preview().format, 0);
         QCOMPARE(modes.sizes(), color.sizes);
     }

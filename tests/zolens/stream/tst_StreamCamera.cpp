@@ -2,13 +2,17 @@
 #include "TestPeers.h"
 #include "TestVideo.h"
 #include "stream/StreamCamera.h"
+#include "support/CameraValues.h"
 #include "support/ProcessUse.h"
 #include "support/TimeLimits.h"
 #include "support/rtspserver/RtspServer.h"
 #include "zolens/FrameCollector.h"
 
+#include <zolens/MyCamera.h>
+
 #include <QElapsedTimer>
 #include <QTemporaryDir>
+#include <QThread>
 #include <QtTest>
 
 using namespace std::chrono_literals;
@@ -440,6 +444,16 @@ void tst_StreamCamera::followsAChangeOfSize()
     QCOMPARE(sink.lastFrame().size(), QSize(320, 240));
     QTRY_COMPARE(sink.lastFrame().size(), QSize(640, 360));
     QTRY_COMPARE(sink.lastFrame().size(), QSize(320, 240));
+    camera.stop();
+
+    MyCamera viewed;
+    QVector<QSize> told;
+    connect(&viewed, &MyCamera::modesChanged, this, [&viewed, &told] {
+        QCOMPARE(QThread::currentThread(), viewed.thread());
+        told << cameravalues::previewSizeOf(*viewed.camera);
+    });
+    QVERIFY(viewed.open(CWDevice_NetworkStream, small));
+    QTRY_VERIFY(told.contains(QSize(640, 360)) && told.contains(QSize(320, 240)));
 }
 
 void tst_StreamCamera::refusesAFileWithoutVideo()

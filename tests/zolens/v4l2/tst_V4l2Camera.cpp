@@ -137,6 +137,7 @@ void tst_V4l2Camera::changesTheSizeWhileItRuns()
     }
     QVERIFY(camera.setPreviewSize(3) != 0);
     QVERIFY(camera.setPreviewSize(-1) != 0);
+    QCOMPARE(int(sink.modeChanges), 0);
 }
 
 void tst_V4l2Camera::changesTheFormatWhileItRuns()
@@ -191,6 +192,7 @@ void tst_V4l2Camera::goesBackWhenTheDeviceRefusesAMode()
     QTRY_COMPARE(previewSizeOf(camera), QSize(1920, 1080));
     QVERIFY(sink.waitForFrames(2, 5s));
     QCOMPARE(sink.lastFrame().size(), QSize(1920, 1080));
+    QCOMPARE(int(sink.modeChanges), 1);
 }
 
 void tst_V4l2Camera::takesTheSizeThatTheDeviceChose()
@@ -203,6 +205,7 @@ void tst_V4l2Camera::takesTheSizeThatTheDeviceChose()
     QCOMPARE(camera.setPreviewSize(0), 0);
     QTRY_COMPARE(sink.lastFrame().size(), QSize(1280, 720));
     QCOMPARE(previewSizeOf(camera), QSize(1280, 720));
+    QCOMPARE(int(sink.modeChanges), 1);
 }
 
 void tst_V4l2Camera::turnsThePictures()

@@ -68,6 +68,8 @@ signals:
     /// The recording has ended by itself, as on a full disk. What was recorded plays. `reason` is a
     /// sentence for the user.
     void recordingEnded(const QString& reason);
+    /// The device took another format or size than was set, or offers others now.
+    void modesChanged();
 
 private:
     bool start(std::unique_ptr<CWCamera> device);

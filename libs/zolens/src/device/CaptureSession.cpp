@@ -24,6 +24,16 @@ void CaptureSession::inherit(const CaptureSession& earlier)
     look = earlier.look;
 }
 
+void CaptureSession::offer(std::vector<VideoFormat> formats, VideoModes::FirstSize first)
+{
+    tell(modes.offer(std::move(formats), first));
+}
+
+void CaptureSession::correct(const VideoMode& asked, const VideoMode& actual)
+{
+    tell(modes.correct(asked, actual));
+}
+
 void CaptureSession::setControls(std::shared_ptr<DeviceControls> newControls)
 {
     const std::lock_guard<std::mutex> lock(mutex);
@@ -84,6 +94,12 @@ std::optional<CaptureEnd> CaptureSession::interruption(const VideoMode& running)
 bool CaptureSession::isLargeStill() const
 {
     return hasStillSizes() && modes.still() != modes.preview();
+}
+
+void CaptureSession::tell(bool changed)
+{
+    if (changed && opened.isSettled())
+        sink.modesChanged();
 }
 
 } // namespace zolens

@@ -13,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <vector>
 
 namespace zolens {
 
@@ -28,6 +29,12 @@ struct CaptureSession
 
     /// Takes over what the user has chosen for the camera. Before the worker starts.
     void inherit(const CaptureSession& earlier);
+
+    /// What the device offers, and what it took instead of what it was asked for. Once it is open,
+    /// the sink is told of what that changes.
+    void offer(std::vector<VideoFormat> formats,
+               VideoModes::FirstSize first = VideoModes::FirstSize::Comfortable);
+    void correct(const VideoMode& asked, const VideoMode& actual);
 
     void setControls(std::shared_ptr<DeviceControls> newControls);
     /// Null before the device is open and after it is gone.
@@ -71,6 +78,7 @@ struct CaptureSession
 
 private:
     bool isLargeStill() const;
+    void tell(bool changed);
 
     mutable std::mutex mutex;
     std::shared_ptr<DeviceControls> deviceControls;

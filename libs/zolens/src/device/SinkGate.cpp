@@ -17,6 +17,13 @@ void SinkGate::deliver(QImage&& frame)
         sink->deliver(std::move(frame));
 }
 
+void SinkGate::modesChanged()
+{
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (sink)
+        sink->modesChanged();
+}
+
 void SinkGate::shut()
 {
     const std::lock_guard<std::mutex> lock(mutex);

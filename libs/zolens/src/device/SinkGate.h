@@ -18,6 +18,7 @@ public:
 
     QImage acquireFrame(const QSize& size);
     void deliver(QImage&& frame);
+    void modesChanged();
     /// Waits for a call that is under way.
     void shut();
 

@@ -36,17 +36,18 @@ bool contains(const std::vector<QSize>& sizes, const QSize& size)
 
 } // namespace
 
-void VideoModes::offer(std::vector<VideoFormat> videoFormats, FirstSize first)
+bool VideoModes::offer(std::vector<VideoFormat> videoFormats, FirstSize first)
 {
     const std::lock_guard<std::mutex> lock(mutex);
     if (videoFormats == offered)
-        return;
+        return false;
     offered = std::move(videoFormats);
     chosen = {};
     if (sizesNow().empty())
-        return;
+        return true;
     stillSize = sizesNow().back();
     chosen.size = first == FirstSize::Largest ? stillSize : comfortableSize(sizesNow());
+    return true;
 }
 
 std::vector<VideoFormat> VideoModes::formats() const
@@ -127,11 +128,13 @@ bool VideoModes::selectSmallerSize()
     return true;
 }
 
-void VideoModes::correct(const VideoMode& asked, const VideoMode& actual)
+bool VideoModes::correct(const VideoMode& asked, const VideoMode& actual)
 {
     const std::lock_guard<std::mutex> lock(mutex);
-    if (chosen == asked && isPosition(actual.format, offered))
-        chosen = actual;
+    if (chosen != asked || actual == asked || !isPosition(actual.format, offered))
+        return false;
+    chosen = actual;
+    return true;
 }
 
 const std::vector<QSize>& VideoModes::sizesNow() const

@@ -46,8 +46,9 @@ public:
     /// smaller ones show less, the largest of all.
     enum class FirstSize { Comfortable, Largest };
 
-    /// Chooses the best format. What was offered before already leaves the choice as it is.
-    void offer(std::vector<VideoFormat> videoFormats, FirstSize first = FirstSize::Comfortable);
+    /// Chooses the best format. False when the same was offered before already, which leaves the
+    /// choice as it is.
+    bool offer(std::vector<VideoFormat> videoFormats, FirstSize first = FirstSize::Comfortable);
     std::vector<VideoFormat> formats() const;
     VideoFormat format(int position) const;
 
@@ -64,8 +65,9 @@ public:
     /// The next smaller size for the preview; false when there is none.
     bool selectSmallerSize();
     /// The device has that mode instead of the preview that was asked for; an answer to an older
-    /// choice does not count, nor one in a format that is not on offer any more.
-    void correct(const VideoMode& asked, const VideoMode& actual);
+    /// choice does not count, nor one in a format that is not on offer any more. Whether the choice
+    /// is another one now.
+    bool correct(const VideoMode& asked, const VideoMode& actual);
 
 private:
     const std::vector<QSize>& sizesNow() const;

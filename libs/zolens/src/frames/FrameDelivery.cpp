@@ -112,9 +112,10 @@ QImage tracked(QImage&& frame, const std::shared_ptr<Outbox>& outbox)
 class FrameDelivery::Private final
 {
 public:
-    Private(Viewer frameViewer, const std::atomic<bool>& pauseFlag)
+    Private(Viewer frameViewer, const std::atomic<bool>& pauseFlag, std::function<void()> notice)
         : viewer(std::move(frameViewer)),
-          paused(pauseFlag)
+          paused(pauseFlag),
+          modesNotice(std::move(notice))
     {
     }
 
@@ -126,6 +127,7 @@ public:
 
     const Viewer viewer;
     const std::atomic<bool>& paused;
+    const std::function<void()> modesNotice;
     const std::shared_ptr<Outbox> outbox = std::make_shared<Outbox>();
     FramePool pool{poolBuffers};
     std::atomic<quint64> refused{0};
@@ -177,8 +179,9 @@ QImage FrameDelivery::Private::shownFrame() const
     return shown;
 }
 
-FrameDelivery::FrameDelivery(Viewer viewer, const std::atomic<bool>& paused)
-    : d(std::make_unique<Private>(std::move(viewer), paused))
+FrameDelivery::FrameDelivery(Viewer viewer, const std::atomic<bool>& paused,
+                             std::function<void()> modesNotice)
+    : d(std::make_unique<Private>(std::move(viewer), paused, std::move(modesNotice)))
 {
     d->thread = startThread([this] { d->run(); });
 }
@@ -216,6 +219,13 @@ void FrameDelivery::deliver(QImage&& frame)
     const QImage shared = frame;
     d->outbox->put(std::move(frame));
     d->passToTap(shared, arrival);
+}
+
+void FrameDelivery::modesChanged()
+{
+    if (d->modesNotice) {
+        d->modesNotice();
+    }
 }
 
 void FrameDelivery::setTap(Tap tap)

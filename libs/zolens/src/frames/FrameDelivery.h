@@ -21,7 +21,9 @@ public:
     using Tap = std::function<void(const QImage&, std::chrono::steady_clock::time_point arrival)>;
 
     /// `viewer` is called on the delivery thread. While `paused` is true nothing is delivered.
-    FrameDelivery(Viewer viewer, const std::atomic<bool>& paused);
+    /// `modesNotice` is called on the device's thread.
+    FrameDelivery(Viewer viewer, const std::atomic<bool>& paused,
+                  std::function<void()> modesNotice = {});
     ~FrameDelivery() override;
 
     /// False when the system has not left what it takes: then no viewer gets anything.
@@ -29,6 +31,7 @@ public:
 
     QImage acquireFrame(const QSize& size) override;
     void deliver(QImage&& frame) override;
+    void modesChanged() override;
 
     /// Lets every frame that the device delivers while not paused through `tap` too, also those
     /// that a slow viewer never gets. The tap is called on the device's thread, after the frame is

@@ -17,6 +17,8 @@ public:
     virtual QImage acquireFrame(const QSize& size) = 0;
     /// Hands the filled image on to the viewers. The caller must drop its own copy.
     virtual void deliver(QImage&& frame) = 0;
+    /// The device took another format or size than it was asked for, or offers others now.
+    virtual void modesChanged() {}
 };
 
 } // namespace zolens

@@ -110,7 +110,7 @@ void VisionCapture::describe()
 bool VisionCapture::offerModes()
 {
     FeatureAccess features(*device);
-    session->modes.offer(visionFormats(features), VideoModes::FirstSize::Largest);
+    session->offer(visionFormats(features), VideoModes::FirstSize::Largest);
     return !session->modes.sizes().empty();
 }
 
@@ -125,7 +125,7 @@ bool VisionCapture::startPreview()
     if (!startStream(asked))
         return false;
     running = {asked.format, stream->size()};
-    session->modes.correct(asked, running);
+    session->correct(asked, running);
     return true;
 }
 
@@ -147,7 +147,7 @@ bool VisionCapture::resume()
         return true;
     if (device->isLost() || asked == running)
         return false;
-    session->modes.correct(asked, running);
+    session->correct(asked, running);
     return startPreview();
 }
 

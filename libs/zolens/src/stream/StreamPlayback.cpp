@@ -146,7 +146,7 @@ void StreamPlayback::tellMode()
     std::vector<QSize> sizes;
     if (!size.isEmpty())
         sizes.push_back(size);
-    session.modes.offer({{codec, formatNumber(codec), std::move(sizes)}});
+    session.offer({{codec, formatNumber(codec), std::move(sizes)}});
 }
 
 QImage StreamPlayback::takeTarget()

@@ -37,7 +37,7 @@ bool V4l2Capture::open()
 {
     if (!identify())
         return false;
-    session.modes.offer(videoFormats(*device));
+    session.offer(videoFormats(*device));
     if (session.modes.sizes().empty())
         return false;
     session.setControls(std::make_shared<CameraControls>(device));
@@ -119,7 +119,7 @@ bool V4l2Capture::resume()
             return false;
         begun = StreamClock::now();
         if (asked != running)
-            session.modes.correct(asked, running);
+            session.correct(asked, running);
         else if (!waitOut())
             return false;
     }
@@ -146,7 +146,7 @@ int V4l2Capture::startPreview()
     if (error != 0)
         return error;
     running = {asked.format, stream->layout().size};
-    session.modes.correct(asked, running);
+    session.correct(asked, running);
     return 0;
 }
 
