@@ -21,10 +21,11 @@ public:
     explicit PanelCamDevices(QWidget* parent);
     ~PanelCamDevices() override;
 
-public slots:
-    void updateControls() override;
     /// Shows what the device has chosen by itself, and writes nothing.
     void showModes();
+
+public slots:
+    void updateControls() override;
 
 private slots:
     void on_comboBoxPreviewSize_currentIndexChanged(int index);
