@@ -68,7 +68,7 @@ CaptureCamera::CaptureCamera(bool tryStillCapture)
 
 CaptureCamera::~CaptureCamera()
 {
-    stop();
+    CaptureCamera::stop();
 }
 
 bool CaptureCamera::start(FrameSink* sink)

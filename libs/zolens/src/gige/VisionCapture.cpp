@@ -195,8 +195,9 @@ void VisionCapture::release()
     if (!device)
         return;
     device->giveUp();
-    std::thread thread = startThread(
-        [lostStream = std::move(stream), lostDevice = std::move(device), bell = session]() mutable {
+    std::thread thread =
+        startThread([lostStream = std::exchange(stream, nullptr),
+                     lostDevice = std::exchange(device, nullptr), bell = session]() mutable {
             lostStream.reset();
             lostDevice.reset();
         });

@@ -44,6 +44,6 @@ private:
 /// Bytes that programs may use on the disk of that file; -1 when unknown.
 qint64 freeBytes(const QString& path);
 /// What recordings leave free there, for others and for the end of the file.
-constexpr qint64 reservedBytes = 8 * 1024 * 1024;
+constexpr qint64 reservedBytes = qint64{8} * 1024 * 1024;
 
 } // namespace zolens
