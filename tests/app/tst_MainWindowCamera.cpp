@@ -1,69 +1,36 @@
-#include "app/MainWindow.h"
+#include "CameraWindow.h"
 
 #include "app/Application.h"
 #include "app/ModalDialog.h"
 #include "camera/FakeCamera.h"
 #include "camera/SelectDeviceDialog.h"
-#include "camera/panels/PanelCamDevices.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
 
-#include <zolens/MyCamera.h>
 #include <zowidgets/ZoLinkLabel.h>
 
-#include <QAction>
 #include <QImageReader>
-#include <QLabel>
 #include <QListWidget>
 #include <QSettings>
 #include <QStandardPaths>
-#include <QStatusBar>
-#include <QTabWidget>
 #include <QTcpServer>
-#include <QToolButton>
 #include <QtTest>
 
 namespace {
 
-constexpr int frameTime = 5000;
-const QString popup = QStringLiteral("preferences/capture/popup");
-const QString filePath = QStringLiteral("preferences/capture/filepath");
 const QString fileFormat = QStringLiteral("preferences/capture/fileformat");
 const QString disableStill = QStringLiteral("cwwidgets/disablestill");
-
-/// Counts the frames that arrive on the test's own thread; they are sent from another one.
-struct FrameCounter
-{
-    explicit FrameCounter(MyCamera* camera)
-    {
-        QObject::connect(camera, &MyCamera::getImage, &receiver, [this] { ++count; });
-    }
-
-    QObject receiver;
-    int count = 0;
-};
 
 } // namespace
 
 /// The flows of the one camera, with the simulated microscope.
-class tst_MainWindowCamera : public QObject
+class tst_MainWindowCamera final : public QObject, protected CameraWindow
 {
     Q_OBJECT
 
 private slots:
     void initTestCase() { setApplicationNames(); }
-
-    void init()
-    {
-        QSettings().clear();
-        QSettings().setValue(QStringLiteral("gui/confirmExit"), false);
-        pictures = std::make_unique<QTemporaryDir>();
-        QSettings().setValue(filePath, QString(pictures->path() + QLatin1Char('/')));
-        window = std::make_unique<MainWindow>();
-        window->show();
-        QVERIFY(QTest::qWaitForWindowActive(window.get()));
-    }
-
+    void init() { makeWindow(); }
     void cleanup() { window.reset(); }
 
     void openingShowsFramesAndEnablesCapture()
@@ -302,19 +269,6 @@ private slots:
         QCOMPARE(images.entryList({QStringLiteral("*.jpg")}, QDir::Files).size(), 1);
     }
 
-    void whileRecordingTheDeviceCannotBeChanged()
-    {
-        open();
-        const auto* devices = window->findChild<PanelCamDevices*>();
-        QVERIFY(devices->isEnabled());
-        DialogAnswer<QMessageBox> answer(
-            [](QMessageBox* box) { clickButton(box, QMessageBox::Ok); });
-        action("Record")->setChecked(true);
-        QVERIFY(!devices->isEnabled());
-        action("Record")->setChecked(false);
-        QVERIFY(devices->isEnabled());
-    }
-
     void withoutStillCaptureThePictureIsTheVisibleCanvas()
     {
         QSettings().setValue(disableStill, true);
@@ -395,101 +349,6 @@ private slots:
         QVERIFY(!QGuiApplication::overrideCursor());
     }
 
-    void recordWritesAVideoUntilItIsPressedAgain()
-    {
-        open();
-        action("Record")->trigger();
-        QVERIFY(action("Record")->isChecked());
-        QVERIFY(!action("Snap")->isEnabled());
-        QVERIFY(recordIndicator());
-        waitForFrames();
-        action("Record")->trigger();
-        QVERIFY(!action("Record")->isChecked());
-        QVERIFY(action("Snap")->isEnabled());
-        QVERIFY(!recordIndicator());
-        QCOMPARE(saved().size(), 1);
-        QVERIFY(isVideo(saved().constFirst()));
-    }
-
-    void aRefusedRecordingStaysCheckedUntilRecordIsPressedAgain()
-    {
-        refuseFiles();
-        open();
-        QVERIFY(recordIsRefused());
-        QVERIFY(action("Record")->isChecked());
-        QVERIFY(action("Record")->isEnabled());
-        QVERIFY(!action("Snap")->isEnabled());
-        QVERIFY(recordIndicator());
-        QVERIFY(button("toolButtonClose")->isEnabled());
-        action("Record")->trigger();
-        QVERIFY(!action("Record")->isChecked());
-        QVERIFY(action("Snap")->isEnabled());
-        QVERIFY(!recordIndicator());
-    }
-
-    void cancellingTheFileDialogOfARecordingIsReportedToo()
-    {
-        QSettings().setValue(popup, true);
-        open();
-        DialogAnswer<QFileDialog> cancel([](QFileDialog* dialog) { dialog->reject(); });
-        QVERIFY(recordIsRefused());
-        QVERIFY(cancel.wasAsked());
-        QVERIFY(action("Record")->isChecked());
-        QVERIFY(saved().isEmpty());
-    }
-
-    void aRecordingThatEndsByItselfIsToldInTheStatusBar()
-    {
-        open();
-        action("Record")->trigger();
-        emit camera()->recordingEnded(QStringLiteral("The disk is full."));
-        QCOMPARE(window->QMainWindow::statusBar()->currentMessage(),
-                 QStringLiteral("Recording ended: The disk is full."));
-        QVERIFY(action("Record")->isChecked());
-        action("Record")->trigger();
-        QVERIFY(!action("Record")->isChecked());
-        QVERIFY(action("Snap")->isEnabled());
-        QCOMPARE(window->QMainWindow::statusBar()->currentMessage(), QString());
-    }
-
-    void closingWhileRecordingLeavesAVideoAndRecordCheckedAndDisabled()
-    {
-        open();
-        action("Record")->trigger();
-        waitForFrames();
-        call("closeCamera");
-        QVERIFY(action("Record")->isChecked());
-        QVERIFY(!action("Record")->isEnabled());
-        QVERIFY(!action("Snap")->isEnabled());
-        QVERIFY(recordIndicator());
-        QVERIFY(isVideo(saved().constFirst()));
-    }
-
-    // Record is the user's to press, although nothing is recorded any more.
-    void afterAClosedRecordingTheNextCameraIsReadyForCapture()
-    {
-        open();
-        action("Record")->trigger();
-        waitForFrames();
-        call("closeCamera");
-        open();
-        QVERIFY(action("Snap")->isEnabled());
-        QVERIFY(action("Record")->isEnabled());
-        QVERIFY(action("Record")->isChecked());
-        action("Record")->trigger();
-        QVERIFY(!action("Record")->isChecked());
-        QVERIFY(action("Snap")->isEnabled());
-        QVERIFY(!recordIndicator());
-        QCOMPARE(saved().size(), 1);
-        action("Record")->trigger();
-        waitForFrames();
-        action("Record")->trigger();
-        const QStringList videos = saved();
-        QCOMPARE(videos.size(), 2);
-        QVERIFY(isVideo(videos.constFirst()));
-        QVERIFY(isVideo(videos.constLast()));
-    }
-
     void closingTheWindowClosesTheCamera()
     {
         open();
@@ -498,61 +357,8 @@ private slots:
     }
 
 private:
-    void open()
-    {
-        QMetaObject::invokeMethod(window.get(), "openUsbDevice", Q_ARG(int, CWDevice_Simulated),
-                                  Q_ARG(int, 0));
-        QVERIFY(camera());
-    }
-    void call(const char* slot) { QVERIFY(QMetaObject::invokeMethod(window.get(), slot)); }
-    /// Files are to go below a file.
-    void refuseFiles()
-    {
-        QFile blocker(pictures->filePath(QStringLiteral("file")));
-        QVERIFY(blocker.open(QIODevice::WriteOnly));
-        QSettings().setValue(filePath, QString(blocker.fileName() + QStringLiteral("/below/")));
-    }
-    void waitForFrames()
-    {
-        const FrameCounter frames(camera());
-        QTRY_VERIFY_WITH_TIMEOUT(frames.count > 3, frameTime);
-    }
-    bool isVideo(const QString& name) const
-    {
-        QFile file(pictures->filePath(name));
-        return name.endsWith(QStringLiteral(".mp4")) && file.open(QIODevice::ReadOnly) &&
-               file.read(8).endsWith("ftyp") && file.readAll().contains("avc1");
-    }
-    /// Presses Record and confirms the message that nothing is recorded.
-    bool recordIsRefused()
-    {
-        bool asExpected = false;
-        DialogAnswer<QMessageBox> answer([&asExpected](QMessageBox* box) {
-            asExpected = box->windowTitle() == QStringLiteral("Error") &&
-                         box->text() == QStringLiteral("Failed to start recording.") &&
-                         box->icon() == QMessageBox::Information &&
-                         box->standardButtons() == QMessageBox::Ok;
-            clickButton(box, QMessageBox::Ok);
-        });
-        action("Record")->trigger();
-        return answer.wasAsked() && asExpected;
-    }
-    MyCamera* camera() const { return window->findChild<MyCamera*>(); }
     GraphicsView* view() const { return window->findChild<GraphicsView*>(); }
     ZoLinkLabel* sourceName() const { return window->findChild<ZoLinkLabel*>(); }
-    QToolButton* button(const char* name) const
-    {
-        return window->findChild<QToolButton*>(QString::fromLatin1(name));
-    }
-    QAction* action(const char* text) const
-    {
-        for (QAction* candidate : window->findChildren<QAction*>()) {
-            if (candidate->text() == QLatin1String(text))
-                return candidate;
-        }
-        return nullptr;
-    }
-    QStringList saved() const { return QDir(pictures->path()).entryList(QDir::Files); }
     bool showsPlaceholder() const
     {
         const QImage& image = view()->imageScene()->currentImage();
@@ -562,19 +368,8 @@ private:
     }
     QString fpsText() const
     {
-        for (const QLabel* label : window->findChildren<QLabel*>()) {
-            if (label->text().contains(QStringLiteral(" fps")))
-                return label->text();
-        }
-        return QString();
-    }
-    QLabel* recordIndicator() const
-    {
-        for (QLabel* label : window->findChildren<QLabel*>()) {
-            if (label->text().contains(QStringLiteral("record_indicator")))
-                return label;
-        }
-        return nullptr;
+        const QLabel* rate = label(QStringLiteral(" fps"));
+        return rate ? rate->text() : QString();
     }
     /// Whether the last camera of the dialog can be chosen.
     bool enabledRow()
@@ -588,9 +383,6 @@ private:
         QMetaObject::invokeMethod(window.get(), "openSelectDeviceDialog");
         return enabled;
     }
-
-    std::unique_ptr<MainWindow> window;
-    std::unique_ptr<QTemporaryDir> pictures;
 };
 
 QTEST_MAIN(tst_MainWindowCamera)
