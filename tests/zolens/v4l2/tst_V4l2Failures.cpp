@@ -1,8 +1,7 @@
+#include "PluggedWebcam.h"
+
 #include "support/CameraValues.h"
-#include "support/Gate.h"
-#include "support/NoNewThread.h"
 #include "support/TimeLimits.h"
-#include "support/fakev4l2/CameraBench.h"
 #include "support/fakev4l2/TestPictures.h"
 #include "zolens/CheckingSink.h"
 #include "zolens/FrameCollector.h"
@@ -21,18 +20,13 @@ extern "C" {
 using namespace std::chrono_literals;
 using zolens::V4l2Camera;
 
-class tst_V4l2Failures final : public QObject
+/// Openings that fail, damaged frames, and cameras that are pulled out.
+class tst_V4l2Failures final : public QObject, protected PluggedWebcam
 {
     Q_OBJECT
 
 private slots:
-    void init()
-    {
-        bench = std::make_unique<CameraBench>();
-        device = CameraBench::webcam();
-        device->formats = {{V4L2_PIX_FMT_MJPEG, {{640, 480}, {1280, 720}}, {}}};
-        bench->plug(0, device, "1234", "5678");
-    }
+    void init() { plugWebcam(); }
 
     void aMissingDeviceDoesNotOpen();
     void aDeviceOfAnotherClassDoesNotOpen();
@@ -45,30 +39,13 @@ private slots:
     void opensInASmallerSizeWhereTheBusHasNoRoom();
     void aMissingDecoderEndsTheOpening();
     void anErrorOfTheRateDoesNoHarm();
-    void aHangingDeviceEndsTheOpeningInTime();
-    void stopsInTimeWhileTheDeviceHangs();
-    void aHangingControlHoldsNobodyUp();
     void skipsDamagedFrames();
     void skipsFramesThatTheDriverCallsDamaged();
-    void restartsADeviceThatSendsOnlyDamage_data();
-    void restartsADeviceThatSendsOnlyDamage();
-    void aGoodFrameNowAndThenIsNoStall();
-    void framesThatNobodyWantsAreNoStall();
-    void restartsAStalledDevice();
-    void restartsADeviceThatPromisesFramesButHasNone();
-    void restartsABrokenQueue();
-    void triesUntilARestartWorks();
-    void triesUntilThereAreThreadsToDecode();
-    void aLongExposureIsNoStall();
     void unpluggingEndsTheStream();
     void unpluggingEndsAStillUnderWay();
     void opensAgainWhenPluggedInAgain();
     void goneWhileItRestarts();
     void aStillThatTheDeviceRefusesIsNull();
-
-private:
-    std::unique_ptr<CameraBench> bench;
-    std::shared_ptr<FakeCamera> device;
 };
 
 void tst_V4l2Failures::aMissingDeviceDoesNotOpen()
@@ -199,77 +176,6 @@ void tst_V4l2Failures::anErrorOfTheRateDoesNoHarm()
     QVERIFY(sink.waitForFrames(1, 5s));
 }
 
-void tst_V4l2Failures::aHangingDeviceEndsTheOpeningInTime()
-{
-    Gate gate;
-    FrameCollector otherSink;
-    V4l2Camera other(bench->address(), false);
-    QVERIFY(other.start(&otherSink));
-    bench->plug(1, CameraBench::webcam(), "1234", "5678");
-    auto address = bench->address();
-    address.number = 1;
-    FrameCollector sink;
-    V4l2Camera camera(address, false);
-    const auto hang = gate.wait();
-    bench->system->before(VIDIOC_STREAMON, hang);
-    bench->system->before(VIDIOC_STREAMOFF, hang);
-    QElapsedTimer timer;
-    timer.start();
-    other.stop();
-    QVERIFY(!camera.start(&sink));
-    // The time for an opening, with the end of a device that hangs too.
-    QVERIFY2(timer.elapsed() < timelimits::start, qPrintable(QString::number(timer.elapsed())));
-    gate.open();
-    QTRY_COMPARE(bench->system->openHandles(), 0);
-    QCOMPARE(int(sink.asked), 0);
-}
-
-void tst_V4l2Failures::stopsInTimeWhileTheDeviceHangs()
-{
-    Gate gate;
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(1, 5s));
-    bench->system->before(VIDIOC_STREAMOFF, gate.wait());
-    QElapsedTimer timer;
-    timer.start();
-    camera.stop();
-    QVERIFY2(timer.elapsed() < timelimits::stop, qPrintable(QString::number(timer.elapsed())));
-    const int asked = sink.asked;
-    gate.open();
-    QTRY_COMPARE(bench->system->openHandles(), 0);
-    QCOMPARE(int(sink.asked), asked);
-}
-
-void tst_V4l2Failures::aHangingControlHoldsNobodyUp()
-{
-    Gate gate;
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    double brightness = -1;
-    QCOMPARE(camera.getProperty(CMProperty_Brightness, &brightness), 0);
-    bench->system->before(VIDIOC_S_CTRL, gate.wait());
-    QElapsedTimer timer;
-    timer.start();
-    camera.setProperty(CMProperty_Brightness, 1);
-    camera.setProperty(CMProperty_Brightness, 2);
-    double value = -1;
-    for (int i = 0; i < 20; ++i) {
-        QCOMPARE(camera.getProperty(CMProperty_Brightness, &value), 0);
-        QCOMPARE(value, brightness);
-    }
-    QVERIFY2(timer.elapsed() < timelimits::deviceCall,
-             qPrintable(QString::number(timer.elapsed())));
-    QVERIFY(sink.waitForFrames(5, 5s));
-    timer.restart();
-    camera.stop();
-    QVERIFY2(timer.elapsed() < timelimits::stop, qPrintable(QString::number(timer.elapsed())));
-    gate.open();
-    QTRY_COMPARE(bench->system->openHandles(), 0);
-}
-
 void tst_V4l2Failures::skipsDamagedFrames()
 {
     device->pictures = [](quint32 fourcc, const QSize& size, int number) {
@@ -296,145 +202,6 @@ void tst_V4l2Failures::skipsFramesThatTheDriverCallsDamaged()
     QVERIFY(camera.start(&sink));
     QTRY_VERIFY(camera.damagedFrames() > 20);
     QCOMPARE(int(sink.asked), 0);
-}
-
-void tst_V4l2Failures::restartsADeviceThatSendsOnlyDamage_data()
-{
-    QTest::addColumn<bool>("driverTells");
-    QTest::newRow("as the driver tells") << true;
-    QTest::newRow("as the decoder finds") << false;
-}
-
-void tst_V4l2Failures::restartsADeviceThatSendsOnlyDamage()
-{
-    QFETCH(bool, driverTells);
-    device->frameFlags = driverTells ? V4L2_BUF_FLAG_ERROR : 0;
-    device->pictures = [this, driverTells](quint32 fourcc, const QSize& size, int) {
-        const QByteArray good = pictures::quartersAs(fourcc, size);
-        const bool isWhole = driverTells || bench->system->calls(VIDIOC_STREAMON) > 1;
-        return isWhole ? good : good.left(good.size() / 2);
-    };
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QElapsedTimer timer;
-    timer.start();
-    QVERIFY(camera.start(&sink));
-    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), 10000);
-    QVERIFY2(timer.elapsed() > 1800, qPrintable(QString::number(timer.elapsed())));
-    QVERIFY(driverTells || sink.waitForFrames(5, 5s));
-}
-
-void tst_V4l2Failures::aGoodFrameNowAndThenIsNoStall()
-{
-    int frames = 0;
-    device->pictures = [&frames](quint32 fourcc, const QSize& size, int) {
-        const QByteArray good = pictures::quartersAs(fourcc, size);
-        return ++frames % 12 == 0 ? good : good.left(good.size() / 2);
-    };
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(10, 20s));
-    QVERIFY(camera.damagedFrames() > 60);
-    QCOMPARE(camera.restarts(), quint64(0));
-}
-
-void tst_V4l2Failures::framesThatNobodyWantsAreNoStall()
-{
-    FrameCollector sink;
-    sink.refusing = true;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QTRY_VERIFY_WITH_TIMEOUT(sink.asked > 100, 20000);
-    QCOMPARE(camera.restarts(), quint64(0));
-}
-
-void tst_V4l2Failures::restartsAStalledDevice()
-{
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(3, 5s));
-    device->stall();
-    QElapsedTimer timer;
-    timer.start();
-    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), 10000);
-    QVERIFY2(timer.elapsed() > 1800 && timer.elapsed() < timelimits::stall,
-             qPrintable(QString::number(timer.elapsed())));
-    QVERIFY(sink.waitForFrames(5, 5s));
-}
-
-void tst_V4l2Failures::restartsADeviceThatPromisesFramesButHasNone()
-{
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(3, 5s));
-    const int asked = bench->system->calls(VIDIOC_DQBUF);
-    bench->system->fail(VIDIOC_DQBUF, EAGAIN, std::numeric_limits<int>::max());
-    QElapsedTimer timer;
-    timer.start();
-    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), timelimits::stall);
-    QVERIFY2(timer.elapsed() > 1800, qPrintable(QString::number(timer.elapsed())));
-    // Without haste: at most every five milliseconds.
-    QVERIFY(bench->system->calls(VIDIOC_DQBUF) < asked + timelimits::stall / 5);
-    bench->system->fail(VIDIOC_DQBUF, 0, 0);
-    QVERIFY(sink.waitForFrames(5, 5s));
-}
-
-void tst_V4l2Failures::restartsABrokenQueue()
-{
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(3, 5s));
-    device->breakQueue();
-    QTRY_COMPARE(camera.restarts(), quint64(1));
-    QVERIFY(sink.waitForFrames(5, 5s));
-}
-
-void tst_V4l2Failures::triesUntilARestartWorks()
-{
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(3, 5s));
-    bench->system->fail(VIDIOC_STREAMON, EIO, 2);
-    device->breakQueue();
-    QVERIFY(sink.waitForFrames(20, 10s));
-    QCOMPARE(camera.restarts(), quint64(3));
-}
-
-void tst_V4l2Failures::triesUntilThereAreThreadsToDecode()
-{
-    std::unique_ptr<NoNewThread> limit;
-    int starts = 0;
-    bench->system->before(VIDIOC_STREAMON, [&limit, &starts] {
-        if (++starts == 1)
-            limit = std::make_unique<NoNewThread>();
-    });
-    bench->system->before(VIDIOC_STREAMOFF, [&limit] { limit.reset(); });
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(3, 10s));
-    QCOMPARE(camera.restarts(), quint64(1));
-}
-
-void tst_V4l2Failures::aLongExposureIsNoStall()
-{
-    device->controls = {};
-    device->controls.addInteger(V4L2_CID_EXPOSURE_ABSOLUTE, 1, 100000, 20000);
-    FrameCollector sink;
-    V4l2Camera camera(bench->address(), false);
-    QVERIFY(camera.start(&sink));
-    QVERIFY(sink.waitForFrames(3, 5s));
-    device->stall();
-    QElapsedTimer timer;
-    timer.start();
-    // Two seconds more than without.
-    QTRY_COMPARE_WITH_TIMEOUT(camera.restarts(), quint64(1), 2000 + timelimits::stall);
-    QVERIFY2(timer.elapsed() > 3800, qPrintable(QString::number(timer.elapsed())));
 }
 
 void tst_V4l2Failures::unpluggingEndsTheStream()
