@@ -9,7 +9,6 @@
 #include <QDebug>
 #include <QHostAddress>
 #include <QSettings>
-#include <QSignalBlocker>
 #include <QUrl>
 
 #include <utility>
@@ -32,6 +31,12 @@ void makeFirstCurrent(QListWidget* list)
     const bool selectable = list->item(0)->flags().testFlag(Qt::ItemIsSelectable);
     list->setCurrentRow(0, selectable ? QItemSelectionModel::ClearAndSelect
                                       : QItemSelectionModel::NoUpdate);
+}
+
+/// A selection would replace what somebody types into the field, or is about to.
+bool isTypedInto(const QLineEdit* field)
+{
+    return field->hasFocus() || field->isModified();
 }
 
 } // namespace
@@ -86,7 +91,6 @@ void SelectDeviceDialog::refreshTarnlinkDevices()
 {
     const std::vector<_tag_VideoDeviceInfo> devices = CWFactory::tarnlinkDeviceList();
     qDebug().noquote() << QStringLiteral("%1 tarnlink devices found.").arg(devices.size());
-    const QSignalBlocker blocker(isAddressTyped() ? ui->listWidgetTarnlink : nullptr);
     ui->listWidgetTarnlink->clear();
     for (const _tag_VideoDeviceInfo& device : devices) {
         QListWidgetItem* item = addItem(ui->listWidgetTarnlink, device);
@@ -94,7 +98,10 @@ void SelectDeviceDialog::refreshTarnlinkDevices()
         item->setData(Qt::UserRole, address);
         item->setText(item->text() + QLatin1Char(' ') + address);
     }
-    makeFirstCurrent(ui->listWidgetTarnlink);
+    if (isTypedInto(ui->lineEditTarnlinkAddress))
+        ui->listWidgetTarnlink->setCurrentRow(0, QItemSelectionModel::NoUpdate);
+    else
+        makeFirstCurrent(ui->listWidgetTarnlink);
 }
 
 bool SelectDeviceDialog::isOpened(int type, int index)
@@ -140,11 +147,8 @@ void SelectDeviceDialog::on_pushButtonOpenCamera_clicked()
 void SelectDeviceDialog::on_listWidgetTarnlink_itemSelectionChanged()
 {
     const QList<QListWidgetItem*> chosen = ui->listWidgetTarnlink->selectedItems();
-    if (chosen.isEmpty())
-        return;
-    const QString address = chosen.first()->data(Qt::UserRole).toString();
-    if (address != ui->lineEditTarnlinkAddress->text())
-        ui->lineEditTarnlinkAddress->setText(address);
+    if (!chosen.isEmpty())
+        ui->lineEditTarnlinkAddress->setText(chosen.first()->data(Qt::UserRole).toString());
 }
 
 void SelectDeviceDialog::on_listWidgetTarnlink_itemDoubleClicked(QListWidgetItem* item)
@@ -205,12 +209,6 @@ bool SelectDeviceDialog::openItem(const QListWidgetItem* item)
         item->data(Qt::UserRole).toString().split(QLatin1Char('#'), Qt::KeepEmptyParts);
     emit openUsbDevice(parts.value(0).toInt(), parts.value(1).toInt());
     return true;
-}
-
-/// What somebody types is not replaced when the list is made anew: the box need not be in it.
-bool SelectDeviceDialog::isAddressTyped() const
-{
-    return ui->lineEditTarnlinkAddress->isModified();
 }
 
 bool SelectDeviceDialog::connectToAddress(const QString& address)

@@ -61,7 +61,6 @@ private:
     void registerForNotifications();
     QListWidgetItem* addItem(QListWidget* list, const _tag_VideoDeviceInfo& device);
     bool openItem(const QListWidgetItem* item);
-    bool isAddressTyped() const;
     bool connectToAddress(const QString& address);
 
     std::unique_ptr<Ui::SelectDeviceDialog> ui;
