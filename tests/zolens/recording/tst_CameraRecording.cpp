@@ -304,7 +304,8 @@ private slots:
     void theLiveViewShowsEveryFrameMeanwhile()
     {
         int shown = 0;
-        connect(camera.get(), &MyCamera::getImage, this, [&shown] { ++shown; });
+        const QObject context;
+        connect(camera.get(), &MyCamera::getImage, &context, [&shown] { ++shown; });
         QVERIFY(camera->startRecording(path));
         QTest::qWait(1500);
         camera->stopRecording();
