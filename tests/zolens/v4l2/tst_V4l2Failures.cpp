@@ -37,6 +37,7 @@ private slots:
     void anErrorEndsTheOpening();
     void aFormatThatIsNotKeptEndsTheOpening();
     void opensInASmallerSizeWhereTheBusHasNoRoom();
+    void aBusWithoutAnyRoomEndsTheOpening();
     void aMissingDecoderEndsTheOpening();
     void anErrorOfTheRateDoesNoHarm();
     void skipsDamagedFrames();
@@ -116,12 +117,11 @@ void tst_V4l2Failures::anErrorEndsTheOpening()
     if (request == 0)
         bench->system->failMmap(ENOMEM);
     else
-        bench->system->fail(request, EIO, 1000);
+        bench->system->fail(request, EIO);
     FrameCollector sink;
     V4l2Camera camera(bench->address(), false);
     QVERIFY(!camera.start(&sink));
     QCOMPARE(bench->system->openHandles(), 0);
-    bench->system->fail(request, 0, 0);
     bench->system->failMmap(0);
     QVERIFY(camera.start(&sink));
     QVERIFY(sink.waitForFrames(1, 5s));
@@ -151,6 +151,15 @@ void tst_V4l2Failures::opensInASmallerSizeWhereTheBusHasNoRoom()
     // Once there is room again, the size can be chosen.
     QCOMPARE(camera.setPreviewSize(2), 0);
     QTRY_COMPARE(sink.lastFrame().size(), QSize(1920, 1080));
+}
+
+void tst_V4l2Failures::aBusWithoutAnyRoomEndsTheOpening()
+{
+    bench->system->fail(VIDIOC_STREAMON, ENOSPC, int(device->formats.front().sizes.size()));
+    FrameCollector sink;
+    V4l2Camera camera(bench->address(), false);
+    QVERIFY(!camera.start(&sink));
+    QCOMPARE(bench->system->openHandles(), 0);
 }
 
 void tst_V4l2Failures::aMissingDecoderEndsTheOpening()

@@ -64,7 +64,7 @@ bool V4l2Capture::isWorthAnotherTry(int error, StreamClock::time_point end)
 {
     if (error == EBUSY)
         return StreamClock::now() < end && session.wake.sleepFor(releasePause);
-    return !isGone(error) && !session.wake.isCancelled() && session.modes.selectSmallerSize();
+    return error == ENOSPC && !session.wake.isCancelled() && session.modes.selectSmallerSize();
 }
 
 bool V4l2Capture::identify()
