@@ -1,15 +1,9 @@
-#include "FakeBox.h"
-#include "gige/Aravis.h"
-#include "gige/VisionCamera.h"
+#include "BoxCamera.h"
 #include "support/CameraValues.h"
-#include "zolens/FrameCollector.h"
 
 #include <QtTest>
 
 #include <cmath>
-#include <memory>
-
-using zolens::VisionCamera;
 
 namespace {
 
@@ -34,46 +28,12 @@ QByteArray renamed(QByteArray description, const QByteArray& before, const QByte
 } // namespace
 
 /// The names that one and the same feature has with cameras of several ages and makers.
-class tst_VisionNames final : public QObject
+class tst_VisionNames final : public QObject, protected BoxCamera
 {
     Q_OBJECT
 
-private:
-    void startBox(const QByteArray& description)
-    {
-        FakeBox::Options options;
-        options.description = description;
-        box = std::make_unique<FakeBox>(options);
-        QVERIFY(box->start());
-    }
-
-    /// As another program does before.
-    void set(const char* feature, int number)
-    {
-        const zolens::AravisPointer<ArvCamera> other(
-            arv_camera_new(qPrintable(box->address()), nullptr));
-        QVERIFY(other);
-        arv_camera_set_integer(other.get(), feature, number, nullptr);
-    }
-
-    void open()
-    {
-        const zolens::VisionAddress address = {CWDevice_NetworkBox, box->address(), 0};
-        camera = std::make_unique<VisionCamera>(address, false);
-        sink.refusing = true;
-        QVERIFY(camera->start(&sink));
-    }
-
-    FrameCollector sink;
-    std::unique_ptr<FakeBox> box;
-    std::unique_ptr<VisionCamera> camera;
-
 private slots:
-    void cleanup()
-    {
-        camera.reset();
-        box.reset();
-    }
+    void cleanup() { close(); }
 
     void knowsFeaturesThatAreWholeNumbers_data()
     {

@@ -1,20 +1,14 @@
-#include "FakeBox.h"
-#include "gige/Aravis.h"
-#include "gige/VisionCamera.h"
+#include "BoxCamera.h"
 #include "gige/VisionControls.h"
 #include "gige/VisionDevice.h"
 #include "support/CameraValues.h"
-#include "zolens/FrameCollector.h"
 
 #include <QtTest>
 
 #include <cmath>
 #include <limits>
-#include <memory>
 
 using namespace cameravalues;
-using zolens::VisionAddress;
-using zolens::VisionCamera;
 
 namespace {
 
@@ -42,58 +36,19 @@ constexpr quint32 ownGainContinuous = 2;
 
 } // namespace
 
-class tst_VisionProperties final : public QObject
+class tst_VisionProperties final : public QObject, protected BoxCamera
 {
     Q_OBJECT
 
 private:
-    void startBox(const QByteArray& description)
-    {
-        FakeBox::Options options;
-        options.description = description;
-        box = std::make_unique<FakeBox>(options);
-        QVERIFY(box->start());
-    }
-
-    /// As another program does before.
-    void set(const char* feature, double number)
-    {
-        const zolens::AravisPointer<ArvCamera> other(
-            arv_camera_new(qPrintable(box->address()), nullptr));
-        QVERIFY(other);
-        arv_camera_set_float(other.get(), feature, number, nullptr);
-    }
-
-    void open(const QByteArray& description)
-    {
-        startBox(description);
-        open();
-    }
-
-    void open()
-    {
-        const VisionAddress address = {CWDevice_NetworkBox, box->address(), 0};
-        camera = std::make_unique<VisionCamera>(address, false);
-        sink.refusing = true;
-        QVERIFY(camera->start(&sink));
-    }
-
     void setManual()
     {
         camera->setAutoExposure(false);
         camera->setWhiteBalanceMode(CWWhiteBalance_Manual);
     }
 
-    FrameCollector sink;
-    std::unique_ptr<FakeBox> box;
-    std::unique_ptr<VisionCamera> camera;
-
 private slots:
-    void cleanup()
-    {
-        camera.reset();
-        box.reset();
-    }
+    void cleanup() { close(); }
 
     void tellsWhatIsSupported_data()
     {
