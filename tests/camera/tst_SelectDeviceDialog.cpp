@@ -374,7 +374,7 @@ private slots:
         QCOMPARE(timer->interval(), 1000);
         QTest::ignoreMessage(QtDebugMsg, "0 tarnlink devices found.");
         QTest::qWait(1200);
-        QCOMPARE(processuse::threadsNamed("zolens-scan"), 1);
+        QTRY_COMPARE(processuse::threadsNamed("zolens-scan"), 1);
         tabs()->setCurrentIndex(otherTab);
         QVERIFY(!timer->isActive());
         QCOMPARE(processuse::threadsNamed("zolens-scan"), 0);

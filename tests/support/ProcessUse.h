@@ -32,22 +32,35 @@ inline int entriesOf(const QString& directory)
     return QDir(directory).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
+/// Those of its threads but the ones that have begun to end: the kernel goes on listing a thread for
+/// a moment after it has been joined.
+inline QByteArrayList threadNames()
+{
+    constexpr int flagsAfterName = 6;
+    constexpr uint exiting = 0x4; // PF_EXITING of the kernel
+    QByteArrayList names;
+    const QDir tasks(QStringLiteral("/proc/self/task"));
+    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
+        QFile file(tasks.filePath(task + QStringLiteral("/stat")));
+        const QByteArray line = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+        const int name = line.indexOf('(') + 1;
+        const int nameEnd = line.lastIndexOf(')');
+        const QByteArrayList afterName = line.mid(nameEnd + 2).split(' ');
+        if (nameEnd >= 0 && (afterName.value(flagsAfterName).toUInt() & exiting) == 0)
+            names << line.mid(name, nameEnd - name);
+    }
+    return names;
+}
+
 inline int threads()
 {
-    return entriesOf(QStringLiteral("/proc/self/task"));
+    return threadNames().size();
 }
 
 /// Of those that a thread gave itself.
 inline int threadsNamed(const char* name)
 {
-    int count = 0;
-    const QDir tasks(QStringLiteral("/proc/self/task"));
-    for (const QString& task : tasks.entryList(QDir::Dirs | QDir::NoDotAndDotDot)) {
-        QFile file(tasks.filePath(task + QStringLiteral("/comm")));
-        if (file.open(QIODevice::ReadOnly) && file.readAll().trimmed() == name)
-            ++count;
-    }
-    return count;
+    return threadNames().count(name);
 }
 
 inline int descriptors()
@@ -67,8 +80,8 @@ struct Holdings
     }
 };
 
-/// Once the process has held the same for a while: the kernel lists a thread for a moment after it
-/// has been joined, and what has just ended may leave others that end by themselves.
+/// Once the process has held the same for a while: what has just ended may leave threads that end by
+/// themselves.
 inline Holdings settledHoldings()
 {
     constexpr qint64 quietTime = 250;
