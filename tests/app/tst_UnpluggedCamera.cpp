@@ -39,7 +39,7 @@ private slots:
     {
         setApplicationNames();
         zolens::setCaptureHost(bench.host());
-        testbed.addCamera(node, "Announced camera");
+        testbed.addCamera(node);
     }
 
     void init()

@@ -3,17 +3,17 @@
 #include <memory>
 #include <string>
 
-/// USB cameras that only this process sees, as if udev and a driver served them. The process must
-/// have been started with umockdev's library loaded first, as tests with UDEV are. Cameras come and
-/// go silently; what udev tells of them is said by tell(). A number is used once.
+/// USB cameras that only this process sees, as if udev served them. The process must have been
+/// started with umockdev's library loaded first, as tests with UDEV are. Cameras come and go
+/// silently; what udev tells of them is said by tell(). A number is used once.
 class UdevTestbed final
 {
 public:
     UdevTestbed();
     ~UdevTestbed();
 
-    /// A USB device with a node /dev/video<number> that names itself, and makes no frames.
-    void addCamera(int number, const std::string& name);
+    /// A USB device with a node /dev/video<number>, which answers no call.
+    void addCamera(int number);
     /// Its node goes.
     void removeCamera(int number);
     /// The paths by which events tell of a camera.

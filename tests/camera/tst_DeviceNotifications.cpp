@@ -22,8 +22,8 @@ class tst_DeviceNotifications : public QObject
 private slots:
     void initTestCase()
     {
-        testbed.addCamera(0, "Camera");
-        testbed.addCamera(1, "Other camera");
+        testbed.addCamera(0);
+        testbed.addCamera(1);
     }
 
     void init()

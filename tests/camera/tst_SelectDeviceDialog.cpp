@@ -1,7 +1,9 @@
 #include "ShownDialog.h"
 #include "UdevTestbed.h"
 
+#include "DeviceClasses.h"
 #include "support/ProcessUse.h"
+#include "support/fakev4l2/CameraBench.h"
 
 #include <zolens/CWFactory.h>
 #include <zolens/CWUVCFilter.h>
@@ -15,11 +17,11 @@
 
 namespace {
 
-/// Node numbers that no camera of the machine has.
-constexpr int present = 70;
-constexpr int pluggedIn = 71;
-constexpr int unplugged = 72;
-constexpr int pluggedInNext = 73;
+/// Numbers of nodes.
+constexpr int present = 0;
+constexpr int pluggedIn = 1;
+constexpr int unplugged = 2;
+constexpr int pluggedInNext = 3;
 
 constexpr int settlingTime = 1000;
 /// A timer may be early by some parts of a hundred.
@@ -73,7 +75,8 @@ private slots:
     {
         QCoreApplication::setApplicationName(QStringLiteral("Orvo"));
         QCoreApplication::setOrganizationName(QStringLiteral("Orvo"));
-        testbed.addCamera(present, "Present camera");
+        zolens::setCaptureHost(bench.host());
+        connectCamera(present, "Present camera");
     }
 
     void init()
@@ -233,10 +236,10 @@ private slots:
 
     void aCameraThatIsUnpluggedLeavesTheListAtOnce()
     {
-        testbed.addCamera(unplugged, "Old camera");
+        connectCamera(unplugged, "Old camera");
         makeDialog({});
         QVERIFY(isListed("Old camera"));
-        testbed.removeCamera(unplugged);
+        bench.unplug(unplugged);
         testbed.tell(UdevTestbed::videoNode(unplugged), "remove");
         QTRY_VERIFY_WITH_TIMEOUT(!isListed("Old camera"), settlingTimeAtLeast);
         QVERIFY(isListed("Present camera"));
@@ -467,9 +470,17 @@ private:
         item->setData(Qt::UserRole, address);
         return item;
     }
+    /// Nobody is told.
+    void connectCamera(int number, const char* name)
+    {
+        const auto camera = CameraBench::webcam();
+        camera->name = name;
+        bench.plug(number, camera, "1234", "5678");
+        testbed.addCamera(number);
+    }
     void plugIn(int number, const char* name)
     {
-        testbed.addCamera(number, name);
+        connectCamera(number, name);
         testbed.tell(UdevTestbed::usbDevice(number), "add");
         testbed.tell(UdevTestbed::videoNode(number), "add");
     }
@@ -486,6 +497,7 @@ private:
     }
     QString labelOf(int tab) const { return tabs()->widget(tab)->findChild<QLabel*>()->text(); }
 
+    CameraBench bench;
     UdevTestbed testbed;
 };
 

@@ -5,9 +5,8 @@
 void UsbPort::plug()
 {
     ++number;
-    const auto camera = makeWebcam();
-    calls.plug(node(), camera);
-    udev.addCamera(number, camera->name.toStdString());
+    calls.plug(node(), makeWebcam());
+    udev.addCamera(number);
     udev.tell(UdevTestbed::usbDevice(number), "add");
     udev.tell(UdevTestbed::videoNode(number), "add");
 }
