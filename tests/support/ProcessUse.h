@@ -32,8 +32,8 @@ inline int entriesOf(const QString& directory)
     return QDir(directory).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
-/// Those of its threads but the ones that have begun to end: the kernel goes on listing a thread for
-/// a moment after it has been joined.
+/// Of its threads, but for those that have begun to end: the kernel goes on listing a thread for a
+/// moment after it has been joined.
 inline QByteArrayList threadNames()
 {
     constexpr int flagsAfterName = 6;
@@ -80,8 +80,8 @@ struct Holdings
     }
 };
 
-/// Once the process has held the same for a while: what has just ended may leave threads that end by
-/// themselves.
+/// Once the process has held the same for a while: what has just ended may leave threads that end
+/// by themselves.
 inline Holdings settledHoldings()
 {
     constexpr qint64 quietTime = 250;
