@@ -2,7 +2,7 @@
 
 #include "app/Application.h"
 #include "app/ModalDialog.h"
-#include "camera/FakeCamera.h"
+#include "camera/CustomCamera.h"
 #include "camera/SelectDeviceDialog.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
@@ -329,7 +329,7 @@ private slots:
         QSettings().setValue(disableStill, false);
         QSettings().setValue(popup, true);
         open();
-        auto device = std::make_unique<FakeCamera>();
+        auto device = std::make_unique<CustomCamera>();
         device->still = true;
         camera()->camera->stop();
         camera()->camera = std::move(device);

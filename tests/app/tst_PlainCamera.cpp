@@ -1,7 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/Application.h"
-#include "camera/FakeCamera.h"
+#include "camera/CustomCamera.h"
 #include "camera/FormCameraControl.h"
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
@@ -48,7 +48,7 @@ private slots:
     void itsPicturesShowAndNoGroupOfProperties()
     {
         QTRY_VERIFY(visibleGroups() > 0);
-        auto device = std::make_unique<FakeCamera>();
+        auto device = std::make_unique<CustomCamera>();
         device->frameSource = std::move(camera()->camera);
         camera()->camera = std::move(device);
         page()->onCameraOpened(camera());

@@ -1,6 +1,6 @@
 #include "camera/FormCameraControl.h"
 
-#include "FakeCamera.h"
+#include "CustomCamera.h"
 #include "app/Application.h"
 #include "camera/panels/PanelCamCapture.h"
 #include "camera/panels/PanelCamColorAdjustment.h"

@@ -1,6 +1,6 @@
 #include "camera/panels/PanelCamCapture.h"
 
-#include "FakeCamera.h"
+#include "CustomCamera.h"
 #include "app/Application.h"
 
 #include <QGroupBox>

@@ -1,6 +1,6 @@
 #include "camera/panels/PanelCamExposure.h"
 
-#include "FakeCamera.h"
+#include "CustomCamera.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

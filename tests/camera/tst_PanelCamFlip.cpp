@@ -1,6 +1,6 @@
 #include "camera/panels/PanelCamFlip.h"
 
-#include "FakeCamera.h"
+#include "CustomCamera.h"
 
 #include <QPushButton>
 #include <QtTest>

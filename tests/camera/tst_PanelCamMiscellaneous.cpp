@@ -1,6 +1,6 @@
 #include "camera/panels/PanelCamMiscellaneous.h"
 
-#include "FakeCamera.h"
+#include "CustomCamera.h"
 
 #include <QComboBox>
 #include <QGroupBox>

@@ -9,7 +9,7 @@
 
 /// A device that has what a test gives it and notes what is written to it. It makes no frames by
 /// itself.
-class FakeCamera final : public CWCamera
+class CustomCamera final : public CWCamera
 {
 public:
     struct Property
@@ -156,11 +156,11 @@ struct OpenFake
 {
     OpenFake()
     {
-        auto made = std::make_unique<FakeCamera>();
+        auto made = std::make_unique<CustomCamera>();
         device = made.get();
         camera.camera = std::move(made);
     }
 
     MyCamera camera;
-    FakeCamera* device = nullptr;
+    CustomCamera* device = nullptr;
 };
