@@ -7,6 +7,7 @@
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 
 /// A sink for tests of devices: keeps the first and the last frame and counts. It hands out as many
@@ -22,6 +23,8 @@ public:
 
     void deliver(QImage&& frame) override
     {
+        if (look)
+            look(frame);
         const std::lock_guard<std::mutex> lock(mutex);
         if (delivered == 0)
             first = frame;
@@ -55,6 +58,8 @@ public:
         return arrived.wait_for(lock, patience, [&] { return delivered >= wanted; });
     }
 
+    /// Sees every frame, on the device's thread. To be set before the device starts.
+    std::function<void(const QImage&)> look;
     std::atomic<bool> refusing{false};
     std::atomic<int> asked{0};
     std::atomic<int> modeChanges{0};
