@@ -56,9 +56,8 @@ inline std::vector<double> crossings(const QImage& image, int y, int from, int t
     for (int x = from; x < to; ++x) {
         const double here = qGreen(image.pixel(x, y)) - level;
         const double next = qGreen(image.pixel(x + 1, y)) - level;
-        if ((here < 0) != (next < 0)) {
+        if ((here < 0) != (next < 0))
             places.push_back(x + 0.5 + here / (here - next));
-        }
     }
     return places;
 }
@@ -81,9 +80,8 @@ inline double steepness(const QImage& image, const QRect& area)
 {
     double sum = 0.0;
     for (int y = area.top(); y <= area.bottom(); ++y) {
-        for (int x = area.left(); x < area.right(); ++x) {
+        for (int x = area.left(); x < area.right(); ++x)
             sum += std::abs(qGreen(image.pixel(x + 1, y)) - qGreen(image.pixel(x, y)));
-        }
     }
     return sum / (double{1} * area.width() * area.height());
 }

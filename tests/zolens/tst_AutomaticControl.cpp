@@ -135,9 +135,8 @@ private slots:
         const double first = castOf(settings);
         QVERIFY(first < start - 5);
         QVERIFY(first > 5);
-        for (int i = 0; i < 30; ++i) {
+        for (int i = 0; i < 30; ++i)
             zolens::approachWhiteBalance(settings, meter());
-        }
         QVERIFY(castOf(settings) < 2);
     }
 
@@ -146,9 +145,8 @@ private:
 
     void settle(SimulatedSettings& settings)
     {
-        for (int i = 0; i < 60; ++i) {
+        for (int i = 0; i < 60; ++i)
             zolens::adjustExposure(settings, meter());
-        }
     }
 
     double luminance(const SimulatedSettings& settings)

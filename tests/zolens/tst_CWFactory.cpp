@@ -16,9 +16,8 @@ namespace {
 std::vector<std::string> listedNames()
 {
     std::vector<std::string> names;
-    for (const _tag_VideoDeviceInfo& device : CWFactory::videoDeviceList()) {
+    for (const _tag_VideoDeviceInfo& device : CWFactory::videoDeviceList())
         names.push_back(device.name);
-    }
     return names;
 }
 
@@ -93,18 +92,15 @@ private slots:
         QCOMPARE(expected.size(), std::size_t{2});
         const auto listOften = [&expected] {
             int complete = 0;
-            for (int round = 0; round < 50; ++round) {
+            for (int round = 0; round < 50; ++round)
                 complete += listedNames() == expected ? 1 : 0;
-            }
             return complete;
         };
         std::vector<std::future<int>> callers;
-        for (int i = 0; i < 4; ++i) {
+        for (int i = 0; i < 4; ++i)
             callers.push_back(std::async(std::launch::async, listOften));
-        }
-        for (std::future<int>& caller : callers) {
+        for (std::future<int>& caller : callers)
             QCOMPARE(caller.get(), 50);
-        }
         zolens::setCaptureHost({});
     }
 };

@@ -28,14 +28,12 @@ private slots:
             QTRY_VERIFY_WITH_TIMEOUT(frames > 0, 5000);
             camera.close();
         };
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 20; ++i)
             cycle();
-        }
         const auto before = processuse::settledHoldings();
         const qint64 memory = residentBytes();
-        for (int i = 0; i < 200; ++i) {
+        for (int i = 0; i < 200; ++i)
             cycle();
-        }
         QCOMPARE(processuse::growthSince(before), QString());
         // One leaked frame an opening would be 250 MB.
         QVERIFY2(residentBytes() - memory < 12'000'000,

@@ -23,9 +23,8 @@ const QSize frameSize(320, 240);
 bool send(FrameDelivery& delivery, uint number, const QSize& size = frameSize)
 {
     QImage frame = delivery.acquireFrame(size);
-    if (frame.isNull()) {
+    if (frame.isNull())
         return false;
-    }
     frame.fill(0xff000000U | number);
     delivery.deliver(std::move(frame));
     return true;
@@ -146,9 +145,8 @@ private slots:
         QVERIFY(keeper.waitFor(1));
         QVERIFY(send(delivery, 2));
         QVERIFY(keeper.waitFor(2));
-        for (uint number = 3; number < 20; ++number) {
+        for (uint number = 3; number < 20; ++number)
             QVERIFY(send(delivery, number));
-        }
         QTest::qWait(50);
         QCOMPARE(keeper.count(), 2);
         QCOMPARE(delivery.droppedFrames(), quint64{16});
@@ -159,9 +157,8 @@ private slots:
         Keeper keeper;
         FrameDelivery delivery(std::ref(keeper), running);
         fillUp(delivery, keeper);
-        for (uint number = 10; number <= 15; ++number) {
+        for (uint number = 10; number <= 15; ++number)
             QVERIFY(send(delivery, number));
-        }
         keeper.takeOldest();
         QVERIFY(keeper.waitFor(3));
         QCOMPARE(keeper.newestNumber(), 15U);
@@ -176,9 +173,8 @@ private slots:
         FrameDelivery delivery(std::ref(keeper), running);
         fillUp(delivery, keeper, size);
         uint number = 100;
-        for (QElapsedTimer time = started(); time.elapsed() < 1000;) {
+        for (QElapsedTimer time = started(); time.elapsed() < 1000;)
             QVERIFY(send(delivery, ++number, size));
-        }
         QVERIFY2(residentBytes() - start < 5 * buffer + buffer / 2, "more than five buffers");
         keeper.takeOldest();
         QVERIFY(keeper.waitFor(3));
@@ -305,9 +301,8 @@ private slots:
         std::vector<uint> tapped;
         delivery.setTap([&](const QImage& image, auto) { tapped.push_back(numberOf(image)); });
         fillUp(delivery, keeper);
-        for (uint number = 3; number <= 20; ++number) {
+        for (uint number = 3; number <= 20; ++number)
             QVERIFY(send(delivery, number));
-        }
         QCOMPARE(keeper.count(), 2);
         std::vector<uint> expected(20);
         std::iota(expected.begin(), expected.end(), 1U);
@@ -394,9 +389,8 @@ private slots:
                 ++done;
             };
             auto delivery = std::make_unique<FrameDelivery>(slowViewer, running);
-            for (uint number = 0; number < round; ++number) {
+            for (uint number = 0; number < round; ++number)
                 send(*delivery, number);
-            }
             delivery.reset();
             const int calls = begun;
             QCOMPARE(done.load(), calls);

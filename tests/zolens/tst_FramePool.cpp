@@ -30,9 +30,8 @@ private slots:
     void alignsEveryRowToCacheLines_data()
     {
         QTest::addColumn<int>("width");
-        for (const int width : {1, 15, 16, 17, 641, 1920}) {
+        for (const int width : {1, 15, 16, 17, 641, 1920})
             QTest::addRow("%d", width) << width;
-        }
     }
 
     void alignsEveryRowToCacheLines()
@@ -40,9 +39,8 @@ private slots:
         QFETCH(int, width);
         FramePool pool(1);
         const QImage image = pool.acquire(QSize(width, 3));
-        for (int y = 0; y < 3; ++y) {
+        for (int y = 0; y < 3; ++y)
             QCOMPARE(reinterpret_cast<quintptr>(image.constScanLine(y)) % 64, quintptr{0});
-        }
     }
 
     void neverExceedsItsCapacity()
@@ -77,9 +75,8 @@ private slots:
     {
         FramePool pool(2);
         std::set<const uchar*> buffers;
-        for (int i = 0; i < 20; ++i) {
+        for (int i = 0; i < 20; ++i)
             buffers.insert(pool.acquire(QSize(640, 480)).constBits());
-        }
         QCOMPARE(buffers.size(), std::size_t{1});
     }
 
@@ -149,9 +146,8 @@ private slots:
                 }
             });
         }
-        for (std::thread& thread : threads) {
+        for (std::thread& thread : threads)
             thread.join();
-        }
         QCOMPARE(served.load(), 2000);
         QCOMPARE(pool.inUse(), 0);
     }

@@ -60,9 +60,8 @@ private:
                                                   FrameRateMeter::Clock::time_point from,
                                                   std::chrono::milliseconds interval, int count)
     {
-        for (int i = 0; i < count; ++i) {
+        for (int i = 0; i < count; ++i)
             meter.frameArrived(from + i * interval);
-        }
         return from + (count - 1) * interval;
     }
 

@@ -59,9 +59,8 @@ bool isGrey(const QImage& image)
     for (int y = 0; y < image.height(); ++y) {
         for (int x = 0; x < image.width(); ++x) {
             const QRgb pixel = image.pixel(x, y);
-            if (qRed(pixel) != qGreen(pixel) || qGreen(pixel) != qBlue(pixel)) {
+            if (qRed(pixel) != qGreen(pixel) || qGreen(pixel) != qBlue(pixel))
                 return false;
-            }
         }
     }
     return true;
@@ -71,9 +70,8 @@ int largestDifference(const QImage& a, const QImage& b)
 {
     int largest = 0;
     for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
+        for (int x = 0; x < a.width(); ++x)
             largest = std::max(largest, std::abs(qGreen(a.pixel(x, y)) - qGreen(b.pixel(x, y))));
-        }
     }
     return largest;
 }
@@ -156,9 +154,8 @@ private slots:
         settings.setValue(CMProperty_Gain, 400);
         const QImage frame = frameOf(settings);
         for (int y = 0; y < frame.height(); y += 7) {
-            for (int x = 0; x < frame.width(); x += 5) {
+            for (int x = 0; x < frame.width(); x += 5)
                 QCOMPARE(reinterpret_cast<const QRgb*>(frame.constScanLine(y))[x] >> 24, 0xffU);
-            }
         }
     }
 
@@ -399,9 +396,8 @@ private:
                 const QRect near = pixelsOf(frame, particle.bounds());
                 return near.adjusted(-24, 0, 24, 0).intersects(strip);
             };
-            if (std::none_of(particles.begin(), particles.end(), touches)) {
+            if (std::none_of(particles.begin(), particles.end(), touches))
                 return strip;
-            }
         }
         return {};
     }

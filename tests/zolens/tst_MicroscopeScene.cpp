@@ -143,9 +143,8 @@ private:
         const int to = static_cast<int>(image.width() / 2.0 + 508 * scale);
         const auto edges = crossings(image, y, from, to, 195);
         std::vector<double> lines;
-        for (std::size_t i = 0; i + 1 < edges.size(); i += 2) {
+        for (std::size_t i = 0; i + 1 < edges.size(); i += 2)
             lines.push_back((edges[i] + edges[i + 1]) / 2);
-        }
         return lines;
     }
 };

@@ -29,9 +29,8 @@ int CWCamera::setStillCaptureSize(int index)
 
 double CWCamera::resetProperty(tagCMProperty id)
 {
-    if (!isPropertySupported(id)) {
+    if (!isPropertySupported(id))
         return 0.0;
-    }
     const double value = defaultValue(id);
     setProperty(id, value);
     return value;

@@ -37,9 +37,8 @@ public:
     CWUVCFilter get() const
     {
         const std::lock_guard lock(mutex);
-        if (filter) {
+        if (filter)
             return *filter;
-        }
         CWUVCFilter any;
         any.addItem({0, 0, {}, CWDevice_Uvc});
         any.addItem({0, 0, {}, CWDevice_OtherCapture});
@@ -68,12 +67,10 @@ public:
     bool start(std::chrono::milliseconds interval)
     {
         const std::lock_guard lock(mutex);
-        if (!scan) {
+        if (!scan)
             scan = std::make_unique<BoxScan>(interval);
-        }
-        if (!scan->isRunning()) {
+        if (!scan->isRunning())
             scan.reset();
-        }
         return scan != nullptr;
     }
 
@@ -144,27 +141,23 @@ void setCaptureHost(const V4l2Host& host)
 std::unique_ptr<CWCamera> createCamera(int type, int index, bool tryStillCapture)
 {
     const _tag_VideoDeviceInfo simulated = SimulatedCamera::description();
-    if (type == simulated.type && index == simulated.index) {
+    if (type == simulated.type && index == simulated.index)
         return std::make_unique<SimulatedCamera>(tryStillCapture);
-    }
     if (type == CWDevice_Uvc || type == CWDevice_OtherCapture) {
         V4l2Address address{captureHost(), filterInForce.get(), type, index};
         return std::make_unique<V4l2Camera>(std::move(address), tryStillCapture);
     }
-    if (type == CWDevice_Usb3Vision) {
+    if (type == CWDevice_Usb3Vision)
         return std::make_unique<VisionCamera>(VisionAddress{type, {}, index}, tryStillCapture);
-    }
     return nullptr;
 }
 
 std::unique_ptr<CWCamera> createNetworkCamera(int type, const QString& url)
 {
-    if (type == CWDevice_NetworkStream) {
+    if (type == CWDevice_NetworkStream)
         return std::make_unique<StreamCamera>(url);
-    }
-    if (type == CWDevice_NetworkBox) {
+    if (type == CWDevice_NetworkBox)
         return std::make_unique<VisionCamera>(VisionAddress{type, url, 0}, false);
-    }
     return nullptr;
 }
 

@@ -46,9 +46,8 @@ bool MyCamera::open(int type, const QString& url)
 
 bool MyCamera::start(std::unique_ptr<CWCamera> device)
 {
-    if (!device) {
+    if (!device)
         return false;
-    }
     auto frames = std::make_unique<zolens::FrameDelivery>(
         [this](const QImage& image) { emit getImage(image); }, pause,
         [this] { QMetaObject::invokeMethod(this, &MyCamera::modesChanged, Qt::QueuedConnection); });
@@ -64,9 +63,8 @@ bool MyCamera::start(std::unique_ptr<CWCamera> device)
 
 void MyCamera::close()
 {
-    if (!camera) {
+    if (!camera)
         return;
-    }
     stopRecording();
     camera->stop();
     delivery.reset();
@@ -82,22 +80,19 @@ QImage MyCamera::snap()
 // The reason is told on this object's own thread.
 bool MyCamera::startRecording(const QString& path)
 {
-    if (!delivery || isGone() || (recorder && recorder->isRecording())) {
+    if (!delivery || isGone() || (recorder && recorder->isRecording()))
         return false;
-    }
     stopRecording();
-    if (!letGo(path)) {
+    if (!letGo(path))
         return false;
-    }
     recorder = zolens::VideoRecorder::start(path, [this](zolens::RecordingEnd reason) {
         const auto tell = [this, reason] {
             emit recordingEnded(zolens::RecordingEndText::text(reason));
         };
         QMetaObject::invokeMethod(this, tell, Qt::QueuedConnection);
     });
-    if (!recorder) {
+    if (!recorder)
         return false;
-    }
     delivery->setTap([target = recorder.get()](const QImage& frame, auto arrival) {
         target->offer(frame, arrival);
     });
@@ -106,9 +101,8 @@ bool MyCamera::startRecording(const QString& path)
 
 void MyCamera::stopRecording()
 {
-    if (!recorder) {
+    if (!recorder)
         return;
-    }
     delivery->setTap({});
     recorder->stop();
     rewriting.erase(std::remove_if(rewriting.begin(), rewriting.end(),
@@ -143,9 +137,8 @@ bool MyCamera::isGone() const
 QString MyCamera::getFormatedProperty(tagCMProperty id, bool)
 {
     double value = 0.0;
-    if (!camera || camera->getProperty(id, &value) != 0) {
+    if (!camera || camera->getProperty(id, &value) != 0)
         return {};
-    }
     return camera->hasUnit(id) ? zolens::PropertyText::text(id, value)
                                : zolens::PropertyText::number(value);
 }

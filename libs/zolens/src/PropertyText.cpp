@@ -11,9 +11,8 @@ constexpr double thousand = 1000.0;
 /// Three digits, the last ones after the point.
 QString threeDigits(double value)
 {
-    if (value < 10) {
+    if (value < 10)
         return QString::number(value, 'f', 2);
-    }
     return QString::number(value, 'f', value < 100 ? 1 : 0);
 }
 
@@ -41,12 +40,10 @@ QString PropertyText::number(double value)
 QString PropertyText::exposureTime(double microseconds)
 {
     const double rounded = std::round(microseconds);
-    if (rounded < thousand) {
+    if (rounded < thousand)
         return tr("%1 µs").arg(rounded);
-    }
-    if (rounded < thousand * thousand) {
+    if (rounded < thousand * thousand)
         return tr("%1 ms").arg(threeDigits(rounded / thousand));
-    }
     return tr("%1 s").arg(threeDigits(rounded / thousand / thousand));
 }
 

@@ -54,9 +54,8 @@ QImage Outbox::take()
     std::unique_lock lock(mutex);
     changed.wait(lock,
                  [this] { return closed || (!waiting.isNull() && outstanding < mostOutstanding); });
-    if (closed) {
+    if (closed)
         return {};
-    }
     ++outstanding;
     return std::exchange(waiting, QImage());
 }
@@ -162,9 +161,8 @@ void FrameDelivery::Private::passToTap(const QImage& frame,
                                        FrameRateMeter::Clock::time_point arrival)
 {
     const std::lock_guard lock(tapMutex);
-    if (tap) {
+    if (tap)
         tap(frame, arrival);
-    }
 }
 
 void FrameDelivery::Private::setShown(const QImage& frame)
@@ -189,9 +187,8 @@ FrameDelivery::FrameDelivery(Viewer viewer, const std::atomic<bool>& paused,
 FrameDelivery::~FrameDelivery()
 {
     d->outbox->close();
-    if (isRunning()) {
+    if (isRunning())
         d->thread.join();
-    }
 }
 
 bool FrameDelivery::isRunning() const
@@ -202,9 +199,8 @@ bool FrameDelivery::isRunning() const
 QImage FrameDelivery::acquireFrame(const QSize& size)
 {
     d->countArrival();
-    if (d->paused) {
+    if (d->paused)
         return {};
-    }
     QImage frame = d->pool.acquire(size);
     d->refused += frame.isNull() ? 1 : 0;
     return frame;
@@ -212,9 +208,8 @@ QImage FrameDelivery::acquireFrame(const QSize& size)
 
 void FrameDelivery::deliver(QImage&& frame)
 {
-    if (frame.isNull() || d->paused) {
+    if (frame.isNull() || d->paused)
         return;
-    }
     const auto arrival = FrameRateMeter::Clock::now();
     const QImage shared = frame;
     d->outbox->put(std::move(frame));
@@ -223,9 +218,8 @@ void FrameDelivery::deliver(QImage&& frame)
 
 void FrameDelivery::modesChanged()
 {
-    if (d->modesNotice) {
+    if (d->modesNotice)
         d->modesNotice();
-    }
 }
 
 void FrameDelivery::setTap(Tap tap)
@@ -233,9 +227,8 @@ void FrameDelivery::setTap(Tap tap)
     const std::lock_guard lock(d->tapMutex);
     d->tap = std::move(tap);
     const QImage shown = d->shownFrame();
-    if (d->tap && !shown.isNull()) {
+    if (d->tap && !shown.isNull())
         d->tap(shown, FrameRateMeter::Clock::now());
-    }
 }
 
 float FrameDelivery::frameRate() const

@@ -67,9 +67,8 @@ private:
 Memory FramePool::Shared::take(const QSize& size)
 {
     const std::lock_guard lock(mutex);
-    if (out >= capacity) {
+    if (out >= capacity)
         return {};
-    }
     if (size != spareSize) {
         spare.clear();
         spareSize = size;
@@ -89,9 +88,8 @@ void FramePool::Shared::giveBack(Memory memory, const QSize& size)
 {
     const std::lock_guard lock(mutex);
     --out;
-    if (!closed && size == spareSize) {
+    if (!closed && size == spareSize)
         spare.push_back(std::move(memory));
-    }
 }
 
 void FramePool::Shared::close()
@@ -123,9 +121,8 @@ QImage FramePool::acquire(const QSize& size)
         QSize size;
     };
     Memory memory = isUsable(size) ? shared->take(size) : Memory();
-    if (!memory) {
+    if (!memory)
         return {};
-    }
     uchar* pixels = memory.get();
     const auto giveBack = [](void* info) {
         const std::unique_ptr<Loan> loan(static_cast<Loan*>(info));

@@ -50,9 +50,8 @@ void setExposure(SimulatedSettings& settings, double amount)
 {
     const double period = flickerPeriod(settings.powerFrequency);
     double time = std::min(amount, longestTime);
-    if (period > 0 && time >= period) {
+    if (period > 0 && time >= period)
         time = std::floor(time / period) * period;
-    }
     assign(settings, CMProperty_ExposureTime, time);
     assign(settings, CMProperty_Gain, 100 * amount / settings.value(CMProperty_ExposureTime));
 }
@@ -69,9 +68,8 @@ double meteredLuminance(const SimulatedSettings& settings, const QImage& meter)
 {
     SimulatedSettings plain = settings;
     plain.format = FrameFormat::Rgb;
-    for (const tagCMProperty id : lookProperties) {
+    for (const tagCMProperty id : lookProperties)
         plain.setValue(id, findProperty(id)->standard);
-    }
     QImage developed = meter;
     ImagePipeline(plain).develop(developed);
     return PixelLoops::meanLuminance(developed);
@@ -81,9 +79,8 @@ void adjustExposure(SimulatedSettings& settings, const QImage& meter)
 {
     const double target = settings.value(CMProperty_ExposureTarget);
     const double mean = meteredLuminance(settings, meter);
-    if (std::abs(target - mean) <= closeEnough) {
+    if (std::abs(target - mean) <= closeEnough)
         return;
-    }
     constexpr double gamma = 2.2;
     const double ratio = std::clamp(std::pow(target / std::max(mean, 1.0), gamma), 0.05, 20.0);
     const double amount =
@@ -97,9 +94,8 @@ double neutralTemperature(const QImage& meter)
     LightColor sum{0, 0, 0};
     int most = 0;
     for (int y = 0; y < meter.height(); ++y) {
-        for (int x = 0; x < meter.width(); ++x) {
+        for (int x = 0; x < meter.width(); ++x)
             most = std::max(most, qGray(meter.pixel(x, y)));
-        }
     }
     for (int y = 0; y < meter.height(); ++y) {
         for (int x = 0; x < meter.width(); ++x) {
@@ -117,17 +113,15 @@ void approachWhiteBalance(SimulatedSettings& settings, const QImage& meter)
 {
     assign(settings, CMProperty_ColorTemperature,
            stepTowards(settings.value(CMProperty_ColorTemperature), neutralTemperature(meter)));
-    for (const tagCMProperty gain : channelGains) {
+    for (const tagCMProperty gain : channelGains)
         assign(settings, gain, stepTowards(settings.value(gain), findProperty(gain)->standard));
-    }
 }
 
 void balanceWhite(SimulatedSettings& settings, const QImage& meter)
 {
     assign(settings, CMProperty_ColorTemperature, neutralTemperature(meter));
-    for (const tagCMProperty gain : channelGains) {
+    for (const tagCMProperty gain : channelGains)
         assign(settings, gain, findProperty(gain)->standard);
-    }
 }
 
 } // namespace zolens

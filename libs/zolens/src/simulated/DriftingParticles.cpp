@@ -82,12 +82,10 @@ std::vector<Particle> particlesAt(quint64 frameNumber)
     const auto frames = static_cast<double>(frameNumber);
     std::vector<Particle> particles;
     particles.reserve(swimmers + specks);
-    for (std::uint32_t key = 0; key < swimmers; ++key) {
+    for (std::uint32_t key = 0; key < swimmers; ++key)
         particles.push_back(swimmer(1000 + key, frames));
-    }
-    for (std::uint32_t key = 0; key < specks; ++key) {
+    for (std::uint32_t key = 0; key < specks; ++key)
         particles.push_back(speck(2000 + key, frames));
-    }
     return particles;
 }
 

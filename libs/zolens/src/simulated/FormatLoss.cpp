@@ -63,9 +63,8 @@ void transform(Block& block)
 {
     for (std::size_t half = 1; half < blockPixels; half *= 2) {
         for (std::size_t i = 0; i < blockPixels; ++i) {
-            if ((i & half) == 0) {
+            if ((i & half) == 0)
                 addAndSubtract(block[i], block[i + half]);
-            }
         }
     }
 }
@@ -74,13 +73,11 @@ void quantise(Block& block)
 {
     constexpr int coarseness = 10 * side;
     transform(block);
-    for (std::size_t i = 1; i < blockPixels; ++i) {
+    for (std::size_t i = 1; i < blockPixels; ++i)
         block[i] = (block[i] / coarseness) * coarseness;
-    }
     transform(block);
-    for (int& value : block) {
+    for (int& value : block)
         value /= static_cast<int>(blockPixels);
-    }
 }
 
 /// What quantising adds to the lightness of each pixel.
@@ -89,9 +86,8 @@ Block lossOf(const QImage& image, int left, int top)
     Block before;
     for (int y = 0, i = 0; y < side; ++y) {
         const QRgb* pixels = row(image, top + y) + left;
-        for (int x = 0; x < side; ++x, ++i) {
+        for (int x = 0; x < side; ++x, ++i)
             before[static_cast<std::size_t>(i)] = lightness(pixels[x]) >> 10;
-        }
     }
     Block loss = before;
     quantise(loss);
@@ -128,9 +124,8 @@ void subsampleChroma(QImage& image, int groupWidth, int groupHeight)
 void quantiseBlocks(QImage& image)
 {
     for (int y = 0; y + side <= image.height(); y += side) {
-        for (int x = 0; x + side <= image.width(); x += side) {
+        for (int x = 0; x + side <= image.width(); x += side)
             quantiseBlock(image, x, y);
-        }
     }
 }
 

@@ -125,21 +125,18 @@ ImagePipeline::ImagePipeline(const SimulatedSettings& settings)
 void ImagePipeline::develop(QImage& image) const
 {
     PixelLoops::apply(tables, image);
-    if (changesColor) {
+    if (changesColor)
         PixelLoops::apply(matrix, image);
-    }
-    if (detail != 0) {
+    if (detail != 0)
         PixelLoops::adjustDetail(image, detail);
-    }
     if (format == FrameFormat::Yuv) {
         subsampleChroma(image, 2, 1);
     } else if (format == FrameFormat::Mjpeg) {
         subsampleChroma(image, 2, 2);
         quantiseBlocks(image);
     }
-    if (negative) {
+    if (negative)
         PixelLoops::invert(image);
-    }
 }
 
 } // namespace zolens

@@ -42,9 +42,8 @@ bool MicroscopeImager::render(const SimulatedSettings& settings, quint64 frameNu
 {
     sceneOf(settings.size);
     const bool isDeveloped = !developed.isNull() && settings == developedFor;
-    if (!isDeveloped && !develop(settings)) {
+    if (!isDeveloped && !develop(settings))
         return false;
-    }
     moveParticles(frameNumber);
     noise.prepare(settings);
     copyWithNoise(settings, frameNumber, frame);
@@ -55,9 +54,8 @@ bool MicroscopeImager::develop(const SimulatedSettings& settings)
 {
     developedFor = settings;
     pipeline = std::make_unique<ImagePipeline>(settings);
-    if (developed.isNull()) {
+    if (developed.isNull())
         developed = QImage(scene->size(), QImage::Format_RGB32);
-    }
     covered.clear();
     for (int y = 0; y < developed.height(); y += bandHeight) {
         if (cancelled) {
@@ -72,9 +70,8 @@ bool MicroscopeImager::develop(const SimulatedSettings& settings)
 void MicroscopeImager::moveParticles(quint64 frameNumber)
 {
     const std::vector<Particle> particles = particlesAt(frameNumber);
-    for (const QRect& pixels : covered) {
+    for (const QRect& pixels : covered)
         developPart(pixels, particles);
-    }
     covered.clear();
     for (const Particle& particle : particles) {
         const QRect pixels = scene->blocksAround(particle.bounds());

@@ -58,9 +58,8 @@ QTransform MicroscopeScene::toPixels() const
 QRect MicroscopeScene::blocksAround(const QRectF& micrometres) const
 {
     const QRect touched = toPixels().mapRect(micrometres).toAlignedRect() & picture.rect();
-    if (touched.isEmpty()) {
+    if (touched.isEmpty())
         return {};
-    }
     const QPoint from(roundedDown(touched.left()), roundedDown(touched.top()));
     const QPoint to(roundedDown(touched.right()) + block - 1,
                     roundedDown(touched.bottom()) + block - 1);
@@ -77,9 +76,8 @@ QImage MicroscopeScene::part(const QRect& pixels, const std::vector<Particle>& p
     painter.setTransform(transform);
     painter.setCompositionMode(QPainter::CompositionMode_Multiply);
     for (const Particle& particle : particles) {
-        if (transform.mapRect(particle.bounds()).intersects(QRectF(image.rect()))) {
+        if (transform.mapRect(particle.bounds()).intersects(QRectF(image.rect())))
             particle.paint(painter);
-        }
     }
     return image;
 }

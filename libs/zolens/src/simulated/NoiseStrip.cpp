@@ -56,9 +56,8 @@ void NoiseStrip::fill()
         return static_cast<qint8>(std::clamp(std::lround(noise), -127L, 127L));
     };
     for (std::uint32_t pixel = 0; pixel < places + widestRow; ++pixel) {
-        for (std::uint32_t channel = 0; channel < 3; ++channel) {
+        for (std::uint32_t channel = 0; channel < 3; ++channel)
             bytes[pixel * channels + channel] = value(pixel, channel);
-        }
         bytes[pixel * channels + 3] = filler;
     }
 }

@@ -19,9 +19,8 @@ QPainterPath blob(const QPointF& centre, double radius, double unevenness, std::
         points << centre + reach * QPointF(std::cos(angle), std::sin(angle));
     }
     QPainterPath path((points.last() + points.first()) / 2);
-    for (int i = 0; i < corners; ++i) {
+    for (int i = 0; i < corners; ++i)
         path.quadTo(points[i], (points[i] + points[(i + 1) % corners]) / 2);
-    }
     return path;
 }
 
@@ -34,9 +33,8 @@ QPainterPath rounded(const QPolygonF& corners)
         const QPointF before = corners[(i + corners.size() - 1) % corners.size()];
         const QPointF after = corners[(i + 1) % corners.size()];
         const QPointF from = corner + (before - corner) * straight;
-        if (i == 0) {
+        if (i == 0)
             path.moveTo(from);
-        }
         path.lineTo(from);
         path.quadTo(corner, corner + (after - corner) * straight);
     }

@@ -18,9 +18,8 @@ void sumColumns(const uchar* above, const uchar* middle, const uchar* below, int
                 std::vector<int>& sums)
 {
     int* out = sums.data() + channels;
-    for (int i = 0; i < bytes; ++i) {
+    for (int i = 0; i < bytes; ++i)
         out[i] = above[i] + 2 * middle[i] + below[i];
-    }
     for (int c = 0; c < channels; ++c) {
         sums[c] = out[c];
         out[bytes + c] = out[bytes - channels + c];
@@ -116,9 +115,8 @@ double meanLuminance(const QImage& image)
     qint64 sum = 0;
     for (int y = 0; y < image.height(); ++y) {
         const QRgb* pixels = row(image, y);
-        for (int x = 0; x < image.width(); ++x) {
+        for (int x = 0; x < image.width(); ++x)
             sum += lightness(pixels[x]);
-        }
     }
     return static_cast<double>(sum) / (1024.0 * image.width() * image.height());
 }
@@ -126,14 +124,12 @@ double meanLuminance(const QImage& image)
 void addNoise(const uchar* in, int scale, const qint8* noise, uchar* out, int count)
 {
     if (scale == 256) {
-        for (int i = 0; i < count; ++i) {
+        for (int i = 0; i < count; ++i)
             out[i] = static_cast<uchar>(inByte(in[i] + noise[i]));
-        }
         return;
     }
-    for (int i = 0; i < count; ++i) {
+    for (int i = 0; i < count; ++i)
         out[i] = static_cast<uchar>(inByte(((in[i] * scale) >> 8) + noise[i]));
-    }
 }
 
 void reverse(const QRgb* in, QRgb* out, int count)

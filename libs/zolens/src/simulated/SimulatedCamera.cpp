@@ -67,9 +67,8 @@ bool SimulatedCamera::start(FrameSink* sink)
     frameNumber = 0;
     imager = std::make_unique<MicroscopeImager>();
     thread = startThread([this, sink] { run(sink); });
-    if (thread.joinable()) {
+    if (thread.joinable())
         return true;
-    }
     stop();
     return false;
 }
@@ -102,9 +101,8 @@ void SimulatedCamera::makeFrame(FrameSink* sink)
     previewSize(&size);
     const SimulatedSettings now = nextSettings(imager->sceneOf(size));
     QImage frame = sink->acquireFrame(now.size);
-    if (!frame.isNull() && imager->render(now, frameNumber, frame)) {
+    if (!frame.isNull() && imager->render(now, frameNumber, frame))
         sink->deliver(std::move(frame));
-    }
 }
 
 SimulatedSettings SimulatedCamera::nextSettings(const MicroscopeScene& scene)
@@ -114,12 +112,10 @@ SimulatedSettings SimulatedCamera::nextSettings(const MicroscopeScene& scene)
         balanceWhite(settings, scene.meter());
         balanceOnce = false;
     }
-    if (balanceMode == CWWhiteBalance_Auto) {
+    if (balanceMode == CWWhiteBalance_Auto)
         approachWhiteBalance(settings, scene.meter());
-    }
-    if (autoExposure) {
+    if (autoExposure)
         adjustExposure(settings, scene.meter());
-    }
     return settings;
 }
 
@@ -139,17 +135,15 @@ QImage SimulatedCamera::captureStill()
     quint64 number = 0;
     {
         const std::lock_guard lock(mutex);
-        if (!running) {
+        if (!running)
             return {};
-        }
         now = settings;
         now.size = stillPath ? sizeOfStills : settings.size;
         number = frameNumber;
     }
     QImage picture(now.size, QImage::Format_RGB32);
-    if (!picture.isNull()) {
+    if (!picture.isNull())
         MicroscopeImager().render(now, number, picture);
-    }
     return picture;
 }
 
@@ -174,9 +168,8 @@ int SimulatedCamera::selectPreviewSize(int index)
 void SimulatedCamera::previewFormats(std::vector<int>* values)
 {
     values->clear();
-    for (const FrameFormat format : formats) {
+    for (const FrameFormat format : formats)
         values->push_back(static_cast<int>(format));
-    }
 }
 
 int SimulatedCamera::previewFormat()
@@ -187,9 +180,8 @@ int SimulatedCamera::previewFormat()
 
 int SimulatedCamera::setPreviewFormat(int index)
 {
-    if (!isPosition(index, formats.size())) {
+    if (!isPosition(index, formats.size()))
         return failure;
-    }
     const std::lock_guard lock(mutex);
     settings.format = formats[static_cast<std::size_t>(index)];
     return 0;
@@ -255,9 +247,8 @@ void SimulatedCamera::whiteBalanceModes(std::vector<int>* modes)
 
 void SimulatedCamera::setWhiteBalanceMode(int mode)
 {
-    if (!isPosition(mode, balanceModes)) {
+    if (!isPosition(mode, balanceModes))
         return;
-    }
     const std::lock_guard lock(mutex);
     balanceOnce = mode == CWWhiteBalance_OnePush;
     balanceMode = mode == CWWhiteBalance_Auto ? CWWhiteBalance_Auto : CWWhiteBalance_Manual;
@@ -290,9 +281,8 @@ void SimulatedCamera::propertyValues(std::vector<int>* values, tagCMProperty id)
 
 int SimulatedCamera::getProperty(tagCMProperty id, double* value)
 {
-    if (!isPropertySupported(id)) {
+    if (!isPropertySupported(id))
         return failure;
-    }
     const std::lock_guard lock(mutex);
     *value = settings.value(id);
     return 0;
@@ -301,9 +291,8 @@ int SimulatedCamera::getProperty(tagCMProperty id, double* value)
 int SimulatedCamera::setProperty(tagCMProperty id, double value)
 {
     const PropertyRange* range = findProperty(id);
-    if (!range || std::isnan(value)) {
+    if (!range || std::isnan(value))
         return failure;
-    }
     const std::lock_guard lock(mutex);
     settings.setValue(id, nearestValue(*range, value));
     return 0;
@@ -329,9 +318,8 @@ int SimulatedCamera::powerFrequency()
 void SimulatedCamera::setPowerFrequency(int value)
 {
     const std::lock_guard lock(mutex);
-    if (isPosition(value, frequencies)) {
+    if (isPosition(value, frequencies))
         settings.powerFrequency = static_cast<PowerFrequency>(value);
-    }
 }
 
 } // namespace zolens

@@ -35,9 +35,8 @@ auto asTuple(const SimulatedSettings& settings)
 
 SimulatedSettings::SimulatedSettings()
 {
-    for (const PropertyRange& range : propertyTable()) {
+    for (const PropertyRange& range : propertyTable())
         setValue(range.id, range.standard);
-    }
 }
 
 bool operator==(const SimulatedSettings& a, const SimulatedSettings& b)

@@ -73,9 +73,8 @@ void paintBead(QPainter& painter)
 void paintPatches(QPainter& painter)
 {
     painter.setPen(Qt::NoPen);
-    for (const Specimen::Patch& patch : Specimen::patches()) {
+    for (const Specimen::Patch& patch : Specimen::patches())
         painter.fillRect(patch.area, QColor(patch.color));
-    }
 }
 
 /// Dust far from the focus: wide, faint and soft.
@@ -100,9 +99,8 @@ void paintGrains(QPainter& painter)
     painter.setPen(Qt::NoPen);
     for (std::uint32_t i = 0; i < 110; ++i) {
         const QPointF centre(between(-960, 960, i, 95), between(-720, 720, i, 96));
-        if (StageMicrometer::area().contains(centre)) {
+        if (StageMicrometer::area().contains(centre))
             continue;
-        }
         const double radius = between(0.8, 3.0, i, 97);
         const int shade = static_cast<int>(between(90, 200, i, 98));
         painter.setBrush(QColor(shade, shade, shade));

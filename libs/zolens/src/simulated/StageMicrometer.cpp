@@ -44,9 +44,8 @@ void paintGlyph(QPainter& painter, QChar glyph)
     for (const QString& stroke : strokes) {
         QPolygonF line;
         const QStringList points = stroke.split(u' ', Qt::SkipEmptyParts);
-        for (const QString& point : points) {
+        for (const QString& point : points)
             line << QPointF(point.at(0).digitValue(), point.at(1).digitValue());
-        }
         painter.drawPolyline(line);
     }
 }
@@ -80,9 +79,8 @@ void paintText(QPainter& painter, const QPointF& topCentre, const QString& text)
 
 double lineLength(int division)
 {
-    if (division % 10 == 0) {
+    if (division % 10 == 0)
         return longLine;
-    }
     return division % 5 == 0 ? mediumLine : StageMicrometer::shortLine;
 }
 

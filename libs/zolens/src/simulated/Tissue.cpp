@@ -88,9 +88,8 @@ void paintTissue(QPainter& painter)
         for (int column = -6; column <= 8; ++column) {
             const QPointF offset = tissueCentre(column, row) - tissueMiddle;
             const double reach = std::hypot(offset.x() / 450, offset.y() / 410);
-            if (reach < between(0.86, 1.0, tissueKey(column, row), 8)) {
+            if (reach < between(0.86, 1.0, tissueKey(column, row), 8))
                 paintTissueCell(painter, column, row);
-            }
         }
     }
 }
