@@ -3,15 +3,7 @@
 #include "MicroscopePictures.h"
 #include "support.h"
 
-#include <QElapsedTimer>
-
 namespace bench {
-namespace {
-
-constexpr int patience = 10000;     // In milliseconds.
-constexpr int wakeUpInterval = 100; // In milliseconds, for a look at the patience.
-
-} // namespace
 
 void FrameCount::add(int number)
 {
@@ -63,7 +55,6 @@ LiveCapture::LiveCapture(const std::vector<QByteArray>& jpegs, const QSize& size
           paused),
       system(std::make_shared<TimedV4l2>(machine.system))
 {
-    wakeUp.start(wakeUpInterval);
     view.setFrameShape(QFrame::NoFrame);
     view.move(0, 0);
     show(view);
@@ -90,16 +81,6 @@ bool LiveCapture::start()
     return camera->start(&delivery);
 }
 
-bool LiveCapture::waitForFrames(int count)
-{
-    QElapsedTimer timer;
-    timer.start();
-    const int wanted = arrived + count;
-    while (arrived < wanted && timer.elapsed() < patience)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return arrived >= wanted;
-}
-
 double LiveCapture::processorTime() const
 {
     return bench::processorTime(CLOCK_PROCESS_CPUTIME_ID) - system->ownTime();
@@ -112,7 +93,7 @@ void LiveCapture::paint(const QImage& image)
     using Milliseconds = std::chrono::duration<double, std::milli>;
     processing = Milliseconds(TimedV4l2::Clock::now() - system->handedOut()).count();
     painted.add(numberOf(image));
-    ++arrived;
+    arrivals.add();
 }
 
 } // namespace bench

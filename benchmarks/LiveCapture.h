@@ -1,11 +1,10 @@
 #pragma once
 
+#include "Arrivals.h"
 #include "TimedV4l2.h"
 #include "canvas/GraphicsView.h"
 #include "frames/FrameDelivery.h"
 #include "support/fakev4l2/CameraBench.h"
-
-#include <QTimer>
 
 #include <mutex>
 
@@ -44,7 +43,7 @@ public:
 
     bool start();
     /// False when no frame comes in time.
-    bool waitForFrames(int count);
+    bool waitForFrames(int count) { return arrivals.waitFor(count); }
 
     /// Milliseconds from handing the last frame out of the driver to the end of its painting.
     double lastProcessing() const { return processing; }
@@ -62,8 +61,7 @@ private:
     CameraBench machine;
     std::shared_ptr<TimedV4l2> system;
     std::unique_ptr<zolens::V4l2Camera> camera;
-    QTimer wakeUp;
-    int arrived = 0;
+    Arrivals arrivals;
     double processing = 0.0;
 };
 

@@ -11,6 +11,7 @@
 //               server holds every picture back, sending and decoding, and for H.264 the wait for
 //               the next frame, whose begin shows that one is complete
 
+#include "Arrivals.h"
 #include "support.h"
 #include "support/rtspserver/ClockCode.h"
 #include "support/rtspserver/RtspServer.h"
@@ -19,7 +20,6 @@
 #include <benchmark/benchmark.h>
 
 #include <QElapsedTimer>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -28,8 +28,6 @@ namespace {
 constexpr int frames = 120;
 constexpr int settlingFrames = 30;
 constexpr double serverRate = 30.0;
-constexpr int patience = 10000;        // In milliseconds.
-constexpr int wakeUpInterval = 100;    // In milliseconds, for a look at the patience.
 constexpr double shortExposure = 1000; // In microseconds: it does not limit the rate.
 
 double millisecondsSince(uint32_t time)
@@ -50,7 +48,7 @@ public:
     ~Viewing() { camera.close(); }
 
     /// False when no frame comes in time.
-    bool waitForFrames(int count);
+    bool waitForFrames(int count) { return arrivals.waitFor(count); }
     /// Forgets what was measured so far.
     void restart();
     void report(benchmark::State& state) const;
@@ -63,15 +61,13 @@ private:
     const bool isPainted;
     const bool isClocked;
     GraphicsView view;
-    QTimer wakeUp;
-    int arrived = 0;
+    bench::Arrivals arrivals;
     std::vector<double> sinceHandedOut;
     std::vector<double> sinceMade;
 };
 
 Viewing::Viewing(bool painted, bool clocked) : isPainted(painted), isClocked(clocked)
 {
-    wakeUp.start(wakeUpInterval);
     if (isPainted) {
         view.setFrameShape(QFrame::NoFrame);
         view.resize(bench::viewport + QSize(15, 15));
@@ -79,23 +75,13 @@ Viewing::Viewing(bool painted, bool clocked) : isPainted(painted), isClocked(clo
     }
     const auto handOut = [this](const QImage& image) {
         const auto receive = [this, image, time = clockcode::now()] {
-            ++arrived;
+            arrivals.add();
             if (isPainted)
                 paint(image, time);
         };
         QMetaObject::invokeMethod(&view, receive, Qt::QueuedConnection);
     };
     QObject::connect(&camera, &MyCamera::getImage, &camera, handOut, Qt::DirectConnection);
-}
-
-bool Viewing::waitForFrames(int count)
-{
-    QElapsedTimer timer;
-    timer.start();
-    const int wanted = arrived + count;
-    while (arrived < wanted && timer.elapsed() < patience)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    return arrived >= wanted;
 }
 
 void Viewing::restart()
