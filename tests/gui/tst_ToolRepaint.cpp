@@ -1,5 +1,6 @@
 #include "measure/ToolTypes.h"
 #include "support/CanvasFixture.h"
+#include "support/Settle.h"
 
 #include <QPainter>
 #include <QScreen>
@@ -232,6 +233,7 @@ private slots:
     void anotherFrameOrModeKeepsTheTools()
     {
         canvas->draw(ToolType::Angle, {{100, 100}, {200, 300}, {300, 100}});
+        QVERIFY(showsTheScene());
         QImage frame(640, 480, QImage::Format_RGB32);
         frame.fill(QColor(200, 190, 180));
         canvas->view.setImage(frame);
@@ -307,10 +309,11 @@ private:
         return canvas->newest();
     }
 
-    /// The viewport's pixels in the window.
+    /// The viewport's pixels in the window. They are taken, not painted for this: a change that
+    /// asks for no painting is missing in them.
     QImage seen() const
     {
-        QTest::qWait(5);
+        settle();
         const QWidget* viewport = canvas->view.viewport();
         const QRect part(viewport->mapTo(&canvas->view, QPoint()), viewport->size());
         return canvas->view.screen()
