@@ -84,23 +84,17 @@ private slots:
     }
 
 private:
-    QImage shown()
-    {
-        QCoreApplication::processEvents();
-        return canvas->view.viewport()->grab().toImage();
-    }
-
     bool leavesTrail()
     {
-        const QImage partly = shown();
+        const QImage partly = canvas->shown();
         canvas->view.toggleAntialiasing(true); // The view draws everything anew.
-        return shown() != partly;
+        return canvas->shown() != partly;
     }
 
     bool isDrawnAt(const QPointF& scenePos)
     {
         const QPoint at = canvas->view.mapFromScene(scenePos);
-        return shown().pixelColor(at) != QColor(40, 60, 80);
+        return canvas->shown().pixelColor(at) != QColor(40, 60, 80);
     }
 
     std::unique_ptr<CanvasFixture> canvas;

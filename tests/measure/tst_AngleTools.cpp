@@ -254,12 +254,12 @@ private:
         return QLineF::fromPolar(radius, degrees).translated(centre).p2();
     }
 
-    bool isDrawnAt(const QPointF& scenePos) { return isGreen(shown(), scenePos); }
+    bool isDrawnAt(const QPointF& scenePos) { return isGreen(canvas->shown(), scenePos); }
 
     /// Whether there is both line and gap on the way.
     bool dashesBetween(const QPointF& from, const QPointF& to)
     {
-        const QImage image = shown();
+        const QImage image = canvas->shown();
         const QLineF way(from, to);
         int drawn = 0;
         int steps = 0;
@@ -274,12 +274,6 @@ private:
     {
         const QColor colour = image.pixelColor(canvas->view.mapFromScene(scenePos));
         return colour.green() > 160 && colour.red() < 40;
-    }
-
-    QImage shown()
-    {
-        QCoreApplication::processEvents();
-        return canvas->view.viewport()->grab().toImage();
     }
 
     std::unique_ptr<CanvasFixture> canvas;

@@ -295,20 +295,14 @@ private:
         return std::abs(static_cast<double>(sum)) * 0.5;
     }
 
-    QImage shown()
-    {
-        QCoreApplication::processEvents();
-        return canvas->view.viewport()->grab().toImage();
-    }
-
     QColor colourAt(const QPointF& scenePos)
     {
-        return shown().pixelColor(canvas->view.mapFromScene(scenePos));
+        return canvas->shown().pixelColor(canvas->view.mapFromScene(scenePos));
     }
 
     int greenRowsAt(const QPointF& scenePos)
     {
-        const QImage image = shown();
+        const QImage image = canvas->shown();
         const QPoint centre = canvas->view.mapFromScene(scenePos);
         int rows = 0;
         for (int y = centre.y() - 20; y <= centre.y() + 20; ++y)

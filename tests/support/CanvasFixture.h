@@ -6,6 +6,7 @@
 #include "measure/PrimitiveDimensionTool.h"
 #include "measure/PrimitiveManager.h"
 #include "results/PrimitiveDimensionModel.h"
+#include "support/Settle.h"
 
 #include <QMouseEvent>
 #include <QtTest>
@@ -109,6 +110,13 @@ public:
     static QPointF pointOf(const PrimitiveGeneralTool* tool, int index)
     {
         return tool->mapToScene(tool->controlPoints().at(index).pos);
+    }
+
+    /// What the viewport paints after everything that has happened.
+    QImage shown()
+    {
+        settle();
+        return view.viewport()->grab().toImage();
     }
 
     GraphicsView view;
