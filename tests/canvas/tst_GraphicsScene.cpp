@@ -1,5 +1,6 @@
 #include "canvas/GraphicsScene.h"
 #include "canvas/GraphicsView.h"
+#include "support/Settle.h"
 
 #include <QGraphicsRectItem>
 #include <QtTest>
@@ -158,6 +159,7 @@ private slots:
         view->setPrimitiveDragMode(PrimitiveManager::Select, -1);
         QVERIFY(!hasCross());
         QTest::mouseMove(view->viewport(), view->mapFromScene(QPointF(250, 100)));
+        settle();
 
         // The stored position stays until the next move in a drawing mode.
         view->setPrimitiveDragMode(PrimitiveManager::Draw, 65637);
@@ -170,7 +172,7 @@ private slots:
         view->zoomActualSize();
         view->setPrimitiveDragMode(PrimitiveManager::Draw, 65637);
         QTest::mouseMove(view->viewport(), view->mapFromScene(QPointF(90, 100)));
-        QCoreApplication::processEvents();
+        settle();
         QVERIFY(!hasCross());
     }
 

@@ -3,6 +3,7 @@
 #include "canvas/QtCornerBox.h"
 #include "canvas/QtRuleBar.h"
 #include "measure/PrimitiveActionManager.h"
+#include "support/Settle.h"
 
 #include <QAction>
 #include <QGraphicsRectItem>
@@ -171,12 +172,13 @@ private slots:
     void aFrameOfTheSameSizeEmitsNothing()
     {
         view->zoom(300.0);
+        settle();
         QSignalSpy info(view.get(), &GraphicsView::imageInfoChanged);
         QSignalSpy matrix(view.get(), &GraphicsView::matrixChanged);
         QSignalSpy changed(view->imageScene(), &QGraphicsScene::changed);
         QSignalSpy rect(view->imageScene(), &QGraphicsScene::sceneRectChanged);
         view->setImage(frame(1920, 1080, Qt::red));
-        QTest::qWait(20);
+        settle();
         QCOMPARE(info.count() + matrix.count() + changed.count() + rect.count(), 0);
         QCOMPARE(view->viewport()->grab().toImage().pixelColor(400, 300), QColor(Qt::red));
     }
@@ -197,12 +199,13 @@ private slots:
     {
         auto* item = new CountingItem(100, 100, 300, 300);
         view->imageScene()->addItem(item);
-        QTRY_VERIFY(item->painted > 0);
-        QTest::qWait(30);
+        settle();
         const int before = item->painted;
+        QVERIFY(before > 0);
         for (int i = 0; i < 5; ++i) {
             view->setImage(frame(1920, 1080, QColor(i, i, i)));
             view->viewport()->repaint();
+            settle();
         }
         QCOMPARE(item->painted, before);
     }
@@ -275,14 +278,15 @@ private slots:
         QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(50, 50),
                                 view->mapToGlobal(QPoint(50, 50)));
         bool shown = false;
-        QTimer::singleShot(50, this, [&shown] {
+        const QObject whileOpen;
+        QTimer::singleShot(0, &whileOpen, [&shown] {
             if (auto* menu = QApplication::activePopupWidget()) {
                 shown = true;
                 menu->close();
             }
         });
         QCoreApplication::sendEvent(view->viewport(), &event);
-        QTest::qWait(100);
+        settle();
         QVERIFY(!shown);
     }
 
@@ -290,7 +294,8 @@ private slots:
     {
         addLine();
         QStringList entries;
-        QTimer::singleShot(50, this, [&entries] {
+        const QObject whileOpen;
+        QTimer::singleShot(0, &whileOpen, [&entries] {
             auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             for (const QAction* action : menu ? menu->actions() : QList<QAction*>())
                 entries << action->text();
