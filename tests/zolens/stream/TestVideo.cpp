@@ -121,3 +121,12 @@ bool TestVideo::write(const QString& path) const
     avcodec_send_frame(codec.get(), nullptr);
     return writePackets(output.get(), codec.get()) && av_write_trailer(output.get()) >= 0;
 }
+
+int TestVideo::barPosition(const QImage& picture)
+{
+    for (int x = 0; x < picture.width(); ++x) {
+        if (qGray(picture.pixel(x, picture.height() / 2)) > 200)
+            return x;
+    }
+    return -1;
+}

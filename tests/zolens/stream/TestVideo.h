@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QImage>
 #include <QSize>
 #include <QString>
 
@@ -17,4 +18,7 @@ struct TestVideo
 
     /// The container follows the name's suffix.
     bool write(const QString& path) const;
+
+    /// Where the bar stands in a picture, in pixels from the left; -1 when there is none.
+    static int barPosition(const QImage& picture);
 };
