@@ -194,6 +194,7 @@ void StatusBar::startBlinking()
 void StatusBar::startRecordTimer()
 {
     recordTimer = new QTimer(this);
+    recordTimer->setTimerType(Qt::PreciseTimer); // Others tick early, in the second before.
     recordTime.start();
     connect(recordTimer, &QTimer::timeout, this, &StatusBar::tick);
     recordTimer->start(tickInterval);
