@@ -1,10 +1,12 @@
 #pragma once
 
+#include "app/Application.h"
 #include "camera/SelectDeviceDialog.h"
 
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QSettings>
 #include <QTabWidget>
 #include <QTimer>
 #include <QtTest>
@@ -15,6 +17,14 @@
 class ShownDialog
 {
 protected:
+    ShownDialog() { setApplicationNames(); }
+
+    /// As in a program that starts for the first time.
+    void makeFirstDialog()
+    {
+        QSettings().clear();
+        makeDialog({});
+    }
     void makeDialog(const QList<QPair<int, int>>& opened)
     {
         dialog = std::make_unique<SelectDeviceDialog>(opened, nullptr);

@@ -8,9 +8,7 @@
 #include <zolens/CWFactory.h>
 #include <zolens/CWUVCFilter.h>
 
-#include <QCoreApplication>
 #include <QLabel>
-#include <QSettings>
 #include <QtTest>
 
 #include <sys/resource.h>
@@ -71,17 +69,11 @@ class tst_SelectDeviceDialog final : public QObject, protected ShownDialog
 private slots:
     void initTestCase()
     {
-        QCoreApplication::setApplicationName(QStringLiteral("Orvo"));
-        QCoreApplication::setOrganizationName(QStringLiteral("Orvo"));
         zolens::setCaptureHost(bench.host());
         connectCamera(present, "Present camera");
     }
 
-    void init()
-    {
-        QSettings().clear();
-        makeDialog({});
-    }
+    void init() { makeFirstDialog(); }
 
     void cleanup() { dialog.reset(); }
 

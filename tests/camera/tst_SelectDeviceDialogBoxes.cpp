@@ -6,8 +6,6 @@
 #include <zolens/CWFactory.h>
 #include <zolens/MyCamera.h>
 
-#include <QCoreApplication>
-#include <QSettings>
 #include <QtTest>
 
 namespace {
@@ -31,17 +29,7 @@ class tst_SelectDeviceDialogBoxes final : public QObject, protected ShownDialog
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QCoreApplication::setApplicationName(QStringLiteral("Orvo"));
-        QCoreApplication::setOrganizationName(QStringLiteral("Orvo"));
-    }
-
-    void init()
-    {
-        QSettings().clear();
-        makeDialog({});
-    }
+    void init() { makeFirstDialog(); }
 
     void cleanup() { dialog.reset(); }
 

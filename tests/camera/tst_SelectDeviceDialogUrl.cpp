@@ -1,6 +1,5 @@
 #include "ShownDialog.h"
 
-#include <QCoreApplication>
 #include <QSettings>
 #include <QtTest>
 
@@ -16,17 +15,7 @@ class tst_SelectDeviceDialogUrl final : public QObject, protected ShownDialog
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        QCoreApplication::setApplicationName(QStringLiteral("Orvo"));
-        QCoreApplication::setOrganizationName(QStringLiteral("Orvo"));
-    }
-
-    void init()
-    {
-        QSettings().clear();
-        makeDialog({});
-    }
+    void init() { makeFirstDialog(); }
 
     void cleanup() { dialog.reset(); }
 
