@@ -16,8 +16,10 @@ trap cleanup EXIT
 trap 'exit 130' INT TERM
 
 exec 3>"$state/display"
-Xvfb -displayfd 3 -screen 0 "${ORVO_SCREEN:-1600x1000x24}" -nolisten tcp +extension RANDR \
-    >"$state/xvfb.log" 2>&1 &
+# Without -noreset it starts over when the first look for the window manager ends, and refuses a
+# window manager that comes at that moment.
+Xvfb -displayfd 3 -screen 0 "${ORVO_SCREEN:-1600x1000x24}" -nolisten tcp -noreset \
+    +extension RANDR >"$state/xvfb.log" 2>&1 &
 server=$!
 exec 3>&-
 for _ in $(seq 100); do
